@@ -1,0 +1,21 @@
+# Warnings and code generation shared by everything built here (not by users of the library).
+add_library(kx_compiler_options INTERFACE)
+target_compile_options(
+  kx_compiler_options
+  INTERFACE -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow -Wformat=2 -Wundef
+            $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -fno-threadsafe-statics>)
+
+if(KX_SANITIZE)
+  # Exported functions are called through tables of the C interface, which the function sanitizer does not know.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+if(WIN32)
+  # Callers compiled for old Windows keep the stack aligned to 4 bytes only. SSE arithmetic keeps results independent of
+  # the x87 unit's precision, which games change.
+  add_compile_options(-march=pentium4 -mtune=generic -msse2 -mfpmath=sse -mstackrealign)
+  add_compile_definitions(_WIN32_WINNT=0x0501 WINVER=0x0501)
+  # No library beside the program but the memory manager.
+  add_link_options(-static -static-libgcc -static-libstdc++)
+endif()

@@ -1,0 +1,36 @@
+// Exports whose families are still to be written answer 6. A family that lands takes its lists out of this file.
+// SPDX-License-Identifier: MIT
+#include "frame/result.h"
+#include "kxgraphic/kxgraphic.h"
+
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+
+#define KX_PENDING(name, result, parameters) \
+  result KX_CALL name parameters { return static_cast<result>(kx::Result::FunctionNotSupported); }
+#define KX_METHOD(slot, result, parameters) KX_PENDING(KX_##slot, result, parameters)
+#define KX_FUNCTION KX_PENDING
+#define KX_PLACEHOLDER(slot, result, parameters)
+#define KX_UNDESIGNED(slot, result, parameters)
+
+extern "C" {
+KX_PENDING(KX_reportError, std::uint32_t, (std::uint32_t code, std::int32_t line, const char* file))
+#include "kxgraphic/exports/bitmap_functions.inc"
+#include "kxgraphic/exports/bitmap_object.inc"
+#include "kxgraphic/exports/cameras.inc"
+#include "kxgraphic/exports/clipping.inc"
+#include "kxgraphic/exports/codec.inc"
+#include "kxgraphic/exports/colours.inc"
+#include "kxgraphic/exports/copy_blits.inc"
+#include "kxgraphic/exports/device_object.inc"
+#include "kxgraphic/exports/fills.inc"
+#include "kxgraphic/exports/height_map.inc"
+#include "kxgraphic/exports/image_functions.inc"
+#include "kxgraphic/exports/image_methods.inc"
+#include "kxgraphic/exports/landscape.inc"
+#include "kxgraphic/exports/lines.inc"
+#include "kxgraphic/exports/points.inc"
+#include "kxgraphic/exports/screen_object.inc"
+#include "kxgraphic/exports/stretch_blits.inc"
+#include "kxgraphic/exports/triangles.inc"
+#include "kxgraphic/exports/water.inc"
+}
