@@ -1,4 +1,5 @@
-// The memory manager of the white-box tests: counts blocks and fails on request.
+// The memory manager of the white-box tests: counts blocks, fails on request, fills new blocks with a pattern and stops
+// the program when a block that is not live is freed.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -14,5 +15,11 @@ void failAllocation(unsigned countdown);
 
 /// True when the failure asked for has happened.
 bool allocationFailed();
+
+/// A point in time for freeBlocksSince().
+std::size_t allocationMark();
+
+/// Frees every block that was allocated after `mark` and is still live: for calls that are known to leak.
+void freeBlocksSince(std::size_t mark);
 
 }  // namespace kxtest
