@@ -27,10 +27,13 @@ CpuLevel cpuLevel() { return std::min(limit, detectedCpuLevel()); }
 
 void limitCpuLevel(CpuLevel highest) {
   limit = highest;
-  const CpuLevel level = cpuLevel();
-  for (AnyKernelTable* table = firstTable; table != nullptr; table = table->next_) table->select(level);
+  AnyKernelTable::selectAll(cpuLevel());
 }
 
 AnyKernelTable::AnyKernelTable() : next_(firstTable) { firstTable = this; }
+
+void AnyKernelTable::selectAll(CpuLevel level) {
+  for (AnyKernelTable* table = firstTable; table != nullptr; table = table->next_) table->select(level);
+}
 
 }  // namespace kx

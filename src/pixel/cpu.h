@@ -25,11 +25,12 @@ public:
   AnyKernelTable(const AnyKernelTable&) = delete;
   AnyKernelTable& operator=(const AnyKernelTable&) = delete;
 
+  static void selectAll(CpuLevel level);
+
 protected:
   ~AnyKernelTable() = default;
 
 private:
-  friend void limitCpuLevel(CpuLevel highest);
   virtual void select(CpuLevel level) = 0;
   AnyKernelTable* next_;
 };
