@@ -9,8 +9,10 @@
 
 namespace kx {
 
-/// Fills the bitmap's translation for a target format (3, 5 or 6) from its palette, making the table when the bitmap
-/// has none of its own. Settled: the 5-6-5 table carries five bits of green, unlike KX_createCachedPalette's.
+/// Fills the bitmap's translation for a target format (3, 5 or 6) from its palette: a table of the bitmap's own is made
+/// anew, the caller's is rewritten in place. IllegalParameter, ColorFormatNotSupported, PaletteDestroyed, OutOfMemory
+/// (the bitmap is then without this table). Settled: the 5-6-5 table carries five bits of green, unlike
+/// KX_createCachedPalette's.
 Result refreshTable(Bitmap* bitmap, std::uint32_t targetFormat);
 
 }  // namespace kx

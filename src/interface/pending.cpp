@@ -13,9 +13,14 @@
 #define KX_UNDESIGNED(slot, result, parameters)
 
 extern "C" {
+KX_PENDING(KX_setPixelAlpha, std::uint32_t,
+           (Bitmap * bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha))
+KX_PENDING(KX_setPixelZBuffer, std::uint32_t,
+           (Bitmap * bitmap, Bitmap* zbuffer, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t z))
+KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
+           (Bitmap * bitmap, Bitmap* zbuffer, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha,
+            std::int32_t z))
 KX_PENDING(KX_reportError, std::uint32_t, (std::uint32_t code, std::int32_t line, const char* file))
-#include "kxgraphic/exports/bitmap_functions.inc"
-#include "kxgraphic/exports/bitmap_object.inc"
 #include "kxgraphic/exports/cameras.inc"
 #include "kxgraphic/exports/clipping.inc"
 #include "kxgraphic/exports/codec.inc"
@@ -28,7 +33,6 @@ KX_PENDING(KX_reportError, std::uint32_t, (std::uint32_t code, std::int32_t line
 #include "kxgraphic/exports/image_methods.inc"
 #include "kxgraphic/exports/landscape.inc"
 #include "kxgraphic/exports/lines.inc"
-#include "kxgraphic/exports/points.inc"
 #include "kxgraphic/exports/screen_object.inc"
 #include "kxgraphic/exports/stretch_blits.inc"
 #include "kxgraphic/exports/triangles.inc"

@@ -36,6 +36,10 @@ constexpr std::uint32_t bytesPerPixel(std::uint32_t word) { return formatInfo(wo
 /// True when either storage bit is set, which is how blits and lines see packed rows.
 constexpr bool hasPackedRows(std::uint32_t word) { return (word & KX_STORAGE_MASK) != 0; }
 
+/// True for the one layout of packed rows that is laid out at creation, which is how points and fills see them.
+/// Settled: the two tests differ, and each keeps its users.
+constexpr bool hasRunLengthRows(std::uint32_t word) { return (word & KX_STORAGE_MASK) == KX_STORAGE_PACKED; }
+
 /// Bytes from row to row of plain storage: the row's bytes rounded up to whole words.
 constexpr std::uint64_t plainPitch(std::uint32_t word, std::int64_t width) {
   const std::uint64_t bytes = (formatInfo(word).bytesFixed * static_cast<std::uint64_t>(width) + 0xFFFF) >> 16;
