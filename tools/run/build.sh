@@ -1,0 +1,43 @@
+# Configuring and building a preset so that an interrupted run does no harm.
+# SPDX-License-Identifier: MIT
+
+# What a configured build folder depends on beside the CMake files: kept in <folder>/.configured once configuring is done.
+configuration_key() {
+  local compiler
+  echo "$root"
+  cmake --version | head -n 1
+  for compiler in g++ clang++ i686-w64-mingw32-g++; do
+    echo "$compiler: $("$compiler" --version 2>/dev/null | head -n 1)"
+  done
+  echo "$*"
+}
+
+on_if() { if "$@"; then echo ON; else echo OFF; fi; }
+
+# configure PRESET
+configure() {
+  local preset=$1 folder=build/$1 options key
+  log=$logs/$preset-configure.log
+  options=("-DKX_TESTS=$(on_if [ -z "$(missing_packages tests)" ])"
+           "-DKX_EXAMPLES=$(on_if [ -z "$(missing_packages demo)" ])")
+  [ "$preset" = release ] && options+=("-DKX_BENCH=$(on_if [ -z "$(missing_packages bench)" ])")
+  command -v ccache >/dev/null &&
+    options+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+  key=$(configuration_key "${options[@]}")
+  # Ninja looks after changed CMake files itself.
+  [ -f "$folder/build.ninja" ] && [ "$key" = "$(cat "$folder/.configured" 2>/dev/null)" ] && return 0
+  say "configuring $preset"
+  # Half a configuration, another compiler, a moved folder: CMake's own files are thrown away, objects stay.
+  rm -f "$folder/.configured"
+  cmake --fresh --preset "$preset" "${options[@]}" >"$log" 2>&1 || return 1
+  echo "$key" >"$folder/.configured"
+}
+
+# build PRESET [TARGET...]
+build() {
+  local preset=$1
+  shift
+  log=$logs/$preset-build.log
+  say "building $preset"
+  cmake --build "build/$preset" -j "$jobs" ${1:+--target "$@"} >"$log" 2>&1
+}

@@ -1,0 +1,41 @@
+# ./run lint: formatting, static analysis and the rules of the house.
+# SPDX-License-Identifier: MIT
+
+# changed_files: what differs from the main branch, committed or not
+changed_files() {
+  local base
+  base=$(git merge-base HEAD origin/main 2>/dev/null || git merge-base HEAD main 2>/dev/null || echo HEAD)
+  { git diff --name-only --diff-filter=d "$base"; git ls-files --others --exclude-standard; } | sort -u
+}
+
+run_lint() {
+  local files sources status=0 compiled
+  case ${1:-} in --all | '') ;; *) die 2 "lint knows --all only, not $1" ;; esac
+  need_packages build tests demo lint
+  if [ "${1:-}" = --all ]; then
+    files=$(git ls-files)
+  else
+    files=$(changed_files)
+  fi
+  lock_build
+  configure release || fail_with_log "$log"
+
+  mapfile -t sources < <(grep -E '^(include|src|mmgr|tests|bench|examples)/.*\.(c|cpp|h|hpp)$' <<<"$files")
+  say "clang-format: ${#sources[@]} files"
+  [ ${#sources[@]} = 0 ] || clang-format --dry-run -Werror "${sources[@]}" || status=1
+
+  # Only what this platform compiles is in the database.
+  mapfile -t compiled < <(printf '%s\n' "${sources[@]}" | grep -E '\.(c|cpp)$' | while read -r file; do
+    grep -qF "\"file\": \"$root/$file\"" build/release/compile_commands.json && echo "$file"
+  done)
+  if [ ${#compiled[@]} -gt 0 ]; then
+    say "clang-tidy: ${#compiled[@]} files"
+    printf '%s\0' "${compiled[@]}" | xargs -0 -n 1 -P "$jobs" clang-tidy --quiet -p build/release 2>/dev/null || status=1
+    say "cppcheck: ${#compiled[@]} files"
+    cppcheck --quiet --error-exitcode=1 --enable=warning,performance,portability --inline-suppr -j "$jobs" \
+      --suppress=missingIncludeSystem --std=c++20 -Iinclude -Isrc -Isrc/platform/posix -Itests "${compiled[@]}" || status=1
+  fi
+  say "the rules of the house"
+  tools/check_house.sh || status=1
+  if [ "$status" = 0 ]; then say "nothing found"; else die 1 "lint found something"; fi
+}
