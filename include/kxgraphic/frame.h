@@ -3,6 +3,7 @@
 #ifndef KXGRAPHIC_FRAME_H
 #define KXGRAPHIC_FRAME_H
 
+#include "errors.h"
 #include "types.h"
 
 #include "exports/declare_begin.inc"

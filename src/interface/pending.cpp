@@ -20,7 +20,6 @@ KX_PENDING(KX_setPixelZBuffer, std::uint32_t,
 KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
            (Bitmap * bitmap, Bitmap* zbuffer, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha,
             std::int32_t z))
-KX_PENDING(KX_reportError, std::uint32_t, (std::uint32_t code, std::int32_t line, const char* file))
 #include "kxgraphic/exports/cameras.inc"
 #include "kxgraphic/exports/clipping.inc"
 #include "kxgraphic/exports/codec.inc"

@@ -35,6 +35,5 @@ bool appendToFile(const char* name, const char* bytes, std::size_t size) {
   return true;
 }
 
-void prepareUnwindIntoCaller() {}
 
 }  // namespace kx::platform

@@ -1,0 +1,123 @@
+// The exception tree and the lines of the error log.
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <regex>
+#include <set>
+
+#include "kxgraphic/exceptions.hpp"
+#include "kxgraphic/frame.h"
+#include "support/scratch_folder.h"
+
+namespace {
+
+constexpr const char* logFile = "ERRORLOG.TXT";
+
+/// The line that a report writes, without its clock "[xxxxxxxx] ", which must be there.
+std::string reportedLine(std::uint32_t code, std::int32_t line, const char* file) {
+  const kxtest::ScratchFolder folder;
+  EXPECT_EQ(code, KX_reportError(code, line, file));
+  const std::string text = kxtest::readFile(logFile);
+  if (text.empty()) return text;
+  EXPECT_TRUE(std::regex_search(text, std::regex("^\\[[0-9a-f]{8}\\] "))) << text;
+  return text.substr(11);
+}
+
+constexpr std::uint32_t allCodes[] = {
+#define KX_ERROR_GROUP(name, text)
+#define KX_ERROR(code, leaf, group, text) KX_ERROR_##leaf,
+#include "kxgraphic/exports/errors.inc"
+#undef KX_ERROR
+#undef KX_ERROR_GROUP
+};
+
+TEST(ErrorLog, LinesAreExactInWindows1252) {
+  EXPECT_EQ(
+      "genereller Fehler: Index au\xDF"
+      "erhalb des g\xFCltigen Bereichs (Zeile 265 in Datei \"array.h\")\r\n",
+      reportedLine(0x000A, 265, "array.h"));
+  EXPECT_EQ(
+      "genereller Fehler: Index au\xDF"
+      "erhalb des g\xFCltigen Bereichs (Zeile -1 in Datei \"\")\r\n",
+      reportedLine(0x000B, -1, ""));
+  EXPECT_EQ(
+      "genereller Fehler: ung\xFCltige Gr\xF6\xDF"
+      "e (Zeile 0 in Datei \"%s%n.c\")\r\n",
+      reportedLine(0x000C, 0, "%s%n.c"));
+  EXPECT_EQ("Text-/Parser-Fehler: Font-Parameter ung\xFClig oder Font nicht vorhanden (Zeile 7 in Datei \"a b.c\")\r\n",
+            reportedLine(0x5001, 7, "a b.c"));
+  EXPECT_EQ("Graphik-Fehler: Objekt mit Daten kann ein Unterobjekt haben (Zeile 1 in Datei \"x\")\r\n",
+            reportedLine(0x2020, 1, "x"));
+  EXPECT_EQ("Screen-Fehler: Videomodus wird nicht unterst\xFCtzt (Zeile 1 in Datei \"?\")\r\n",
+            reportedLine(0x4004, 1, nullptr));
+}
+
+TEST(ErrorLog, CodesWithoutALeafAreReturnedUnlogged) {
+  for (const std::uint32_t code : {0u, 0x14u, 0x3000u, 0x200Cu, 0x6003u, 0x100Au, 0xA001u, 0x10002u, 0xFFFFFFFFu})
+    EXPECT_EQ("", reportedLine(code, 1, "x")) << code;
+}
+
+TEST(ErrorLog, EveryReportAppendsALine) {
+  const kxtest::ScratchFolder folder;
+  std::ofstream(logFile, std::ios::binary) << "old";
+  for (const std::uint32_t code : allCodes) EXPECT_EQ(code, KX_reportError(code, 1, "x"));
+  const std::string text = kxtest::readFile(logFile);
+  EXPECT_EQ("old[", text.substr(0, 4));
+  EXPECT_EQ(std::size(allCodes), static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  EXPECT_EQ(std::string::npos, text.find('\xC3')) << "UTF-8 in the log";
+}
+
+TEST(ErrorLog, LongFileNamesLoseTheirEnd) {
+  const std::string whole = reportedLine(0xA000, 12, "");
+  const std::size_t room = 255 - 11 - whole.size();
+  for (const std::size_t length : {room - 1, room, room + 1, std::size_t{254}, std::size_t{256}, std::size_t{5000}}) {
+    const std::string name(length, 'n');
+    EXPECT_EQ("Netzwerk-Fehler: Nicht verbunden (Zeile 12 in Datei \"" + name.substr(0, room) + "\")\r\n",
+              reportedLine(0xA000, 12, name.c_str()));
+  }
+}
+
+template <typename Group, typename Leaf>
+void expectThrown(std::uint32_t code) {
+  EXPECT_THROW(KX_reportError(code, 1, "x"), Leaf);
+  EXPECT_THROW(KX_reportError(code, 1, "x"), Group);
+  try {
+    KX_reportError(code, 1, "x");
+    FAIL() << "nothing thrown for " << code;
+  } catch (const KX_Exception& fault) {
+    EXPECT_EQ(code, fault.code);
+    EXPECT_STREQ(Leaf().text, fault.text);
+    EXPECT_STREQ(Group(Leaf()).groupText, fault.groupText);
+  }
+}
+
+TEST(ErrorLog, AShutLogLetsTheLeafOut) {
+  const kxtest::ScratchFolder folder;
+  std::filesystem::create_directory(logFile);
+#define KX_ERROR_GROUP(name, text)
+#define KX_ERROR(code, leaf, group, text) expectThrown<KX_##group##Exception, KX_##leaf##_Exception>(code);
+#include "kxgraphic/exports/errors.inc"
+#undef KX_ERROR
+#undef KX_ERROR_GROUP
+  EXPECT_NO_THROW(KX_reportError(0, 1, "x"));
+  EXPECT_NO_THROW(KX_reportError(0x3000, 1, "x"));
+}
+
+TEST(ExceptionTree, GroupsAreTheHighDigitOfTheCode) {
+  std::set<std::pair<std::uint32_t, std::string>> groups;
+#define KX_ERROR_GROUP(name, text)
+#define KX_ERROR(code, leaf, group, text) groups.emplace(code >> 12, KX_##leaf##_Exception().groupText);
+#include "kxgraphic/exports/errors.inc"
+#undef KX_ERROR
+#undef KX_ERROR_GROUP
+  EXPECT_EQ(10u, groups.size());
+  EXPECT_EQ(93u, std::set<std::uint32_t>(std::begin(allCodes), std::end(allCodes)).size());
+
+  const KX_Exception root;
+  EXPECT_EQ(nullptr, root.text);
+  EXPECT_EQ(nullptr, root.groupText);
+  EXPECT_EQ(nullptr, KX_SoundException().text);
+}
+
+}  // namespace
