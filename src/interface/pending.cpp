@@ -32,7 +32,6 @@ KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
 #include "kxgraphic/exports/image_methods.inc"
 #include "kxgraphic/exports/landscape.inc"
 #include "kxgraphic/exports/lines.inc"
-#include "kxgraphic/exports/screen_object.inc"
 #include "kxgraphic/exports/stretch_blits.inc"
 #include "kxgraphic/exports/triangles.inc"
 #include "kxgraphic/exports/water.inc"
