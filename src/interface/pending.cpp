@@ -30,7 +30,6 @@ KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
 #include "kxgraphic/exports/height_map.inc"
 #include "kxgraphic/exports/image_functions.inc"
 #include "kxgraphic/exports/image_methods.inc"
-#include "kxgraphic/exports/landscape.inc"
 #include "kxgraphic/exports/lines.inc"
 #include "kxgraphic/exports/stretch_blits.inc"
 #include "kxgraphic/exports/triangles.inc"
