@@ -33,5 +33,4 @@ KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
 #include "kxgraphic/exports/lines.inc"
 #include "kxgraphic/exports/stretch_blits.inc"
 #include "kxgraphic/exports/triangles.inc"
-#include "kxgraphic/exports/water.inc"
 }

@@ -1,4 +1,4 @@
-// Reading and writing pixels in memory of any alignment.
+// Reading and writing pixels in memory of any alignment. Internal linkage, for kernels of every instruction set.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,32 +7,32 @@
 
 namespace kx {
 
-inline std::uint16_t load16(const void* p) {
+static inline std::uint16_t load16(const void* p) {
   std::uint16_t value;
   std::memcpy(&value, p, sizeof value);
   return value;
 }
 
-inline void store16(void* p, std::uint32_t value) {
+static inline void store16(void* p, std::uint32_t value) {
   const auto low = static_cast<std::uint16_t>(value);
   std::memcpy(p, &low, sizeof low);
 }
 
-inline std::uint32_t load32(const void* p) {
+static inline std::uint32_t load32(const void* p) {
   std::uint32_t value;
   std::memcpy(&value, p, sizeof value);
   return value;
 }
 
-inline void store32(void* p, std::uint32_t value) { std::memcpy(p, &value, sizeof value); }
+static inline void store32(void* p, std::uint32_t value) { std::memcpy(p, &value, sizeof value); }
 
 /// Three bytes, low byte first.
-inline std::uint32_t load24(const void* p) {
+static inline std::uint32_t load24(const void* p) {
   const auto* bytes = static_cast<const std::uint8_t*>(p);
   return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 | static_cast<std::uint32_t>(bytes[2]) << 16;
 }
 
-inline void store24(void* p, std::uint32_t value) {
+static inline void store24(void* p, std::uint32_t value) {
   auto* bytes = static_cast<std::uint8_t*>(p);
   bytes[0] = static_cast<std::uint8_t>(value);
   bytes[1] = static_cast<std::uint8_t>(value >> 8);

@@ -1,0 +1,32 @@
+// The row functions of smoothing and of the wave step, chosen once for the processor.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "pixel/cpu.h"
+
+namespace kx {
+
+struct LandscapeKernels {
+  /// Weights 1 3 1 down each column: sums[i] = above[i] + 3 row[i] + below[i].
+  void (*sumColumns)(std::uint16_t* sums, const std::uint8_t* above, const std::uint8_t* row, const std::uint8_t* below,
+                     std::size_t count);
+
+  /// Weights 1 3 1 along the row of sums, divided by 25; sums[0] belongs to the cell left of out[0].
+  void (*smoothSums)(std::uint8_t* out, const std::uint16_t* sums, std::size_t count);
+
+  /// One step of `count` cells of 16 bits from left to right. `current` is the first cell's in the current map, whose
+  /// rows are `pitch` bytes apart; rows may have any alignment, and the maps may overlap.
+  using WaveRow = void (*)(std::uint8_t* target, const std::uint8_t* current, std::ptrdiff_t pitch, std::size_t count,
+                           int damping);
+  WaveRow waveFourNeighbours;
+  WaveRow waveEightNeighbours;
+};
+
+extern const LandscapeKernels landscapeKernelsPortable;
+extern const LandscapeKernels landscapeKernelsAvx2;
+extern const KernelTable<LandscapeKernels> landscapeKernels;
+
+}  // namespace kx
