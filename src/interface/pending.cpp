@@ -27,7 +27,6 @@ KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
 #include "kxgraphic/exports/copy_blits.inc"
 #include "kxgraphic/exports/device_object.inc"
 #include "kxgraphic/exports/fills.inc"
-#include "kxgraphic/exports/height_map.inc"
 #include "kxgraphic/exports/image_functions.inc"
 #include "kxgraphic/exports/image_methods.inc"
 #include "kxgraphic/exports/lines.inc"
