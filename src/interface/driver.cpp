@@ -51,7 +51,9 @@ constexpr std::size_t longestSlotText = 80;
 
 /// Puts the driver's functions into the slots; null where it has none. False when the driver cannot be loaded.
 bool loadSlots(void** slots, const SlotSymbol* symbols, std::size_t count, const char* driverFile, const char* prefix) {
+  if (isBadReadPointer(driverFile)) return false;
   if (prefix == nullptr) prefix = "";
+  if (isBadReadPointer(prefix)) return false;
   const std::size_t textSize = std::strlen(prefix) + longestSlotText;
   const HeapArray<char> text = makeHeapArray<char>(textSize);
   if (!text) return false;

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "interface/method_tables.h"
 
-#include <cstddef>
-
 #include "frame/checks.h"
 #include "interface/undesigned.h"
 #include "kxgraphic/kxgraphic.h"
@@ -29,10 +27,6 @@ DeviceMethods deviceMethods = {
 #undef KX_METHOD
 #undef KX_PLACEHOLDER
 #undef KX_UNDESIGNED
-
-static_assert(sizeof(BitmapMethods) == 79 * sizeof(void*));
-static_assert(sizeof(ScreenMethods) == 11 * sizeof(void*));
-static_assert(sizeof(DeviceMethods) == 46 * sizeof(void*));
 
 }  // namespace
 

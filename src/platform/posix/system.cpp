@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
+
+#include <cstring>
 
 #include "platform/platform.h"
 
@@ -12,9 +15,18 @@ namespace kx::platform {
 
 const bool symbolsCarryByteCount = false;
 
-Module::Module(const char* file) : handle_(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}
+// An empty name would mean the program itself.
+Module::Module(const char* file) : handle_(*file == 0 ? nullptr : dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}
 
-void* Module::symbol(const char* text) const { return dlsym(handle_, text); }
+// dlsym also finds what the libraries that the module itself uses export; those are not the module.
+void* Module::symbol(const char* text) const {
+  void* address = dlsym(handle_, text);
+  const link_map* module = nullptr;
+  Dl_info owner{};
+  if (address == nullptr || dlinfo(handle_, RTLD_DI_LINKMAP, &module) != 0 || dladdr(address, &owner) == 0)
+    return nullptr;
+  return std::strcmp(owner.dli_fname, module->l_name) == 0 ? address : nullptr;
+}
 
 std::uint32_t millisecondClock() {
   timespec now{};

@@ -35,5 +35,4 @@ bool appendToFile(const char* name, const char* bytes, std::size_t size) {
   return true;
 }
 
-
 }  // namespace kx::platform

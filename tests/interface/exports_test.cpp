@@ -1,0 +1,59 @@
+// The exports as a program sees them: every function links and is found by its text, the tables can be read.
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <cstddef>
+
+#include "kxgraphic/kxgraphic.h"
+#include "symbols.h"
+
+namespace {
+
+struct Export {
+  const char* name;
+  unsigned argumentBytes;
+  void (*function)();
+};
+
+/// Every argument takes one word of the stack where the bytes are counted.
+template <typename Value, typename... Arguments>
+Export describe(const char* name, Value(KX_CALL* function)(Arguments...)) {
+  return {name, 4 * static_cast<unsigned>(sizeof...(Arguments)), reinterpret_cast<void (*)()>(function)};
+}
+
+#define KX_METHOD(slot, result, parameters) describe("KX_" #slot, &KX_##slot),
+#define KX_PLACEHOLDER KX_METHOD
+#define KX_UNDESIGNED(slot, result, parameters)
+#define KX_FUNCTION(name, result, parameters) describe(#name, &name),
+const Export functions[] = {
+#include "kxgraphic/exports/all.inc"
+};
+#undef KX_METHOD
+#undef KX_PLACEHOLDER
+#undef KX_UNDESIGNED
+#undef KX_FUNCTION
+
+TEST(Exports, EveryFunctionLinksAndIsFoundByItsText) {
+  for (const Export& item : functions) {
+    EXPECT_NE(nullptr, item.function);
+    EXPECT_NE(nullptr, kxtest::driverSymbol(item.name, item.argumentBytes)) << item.name;
+  }
+  EXPECT_EQ(nullptr, kxtest::driverSymbol("KX_noSuchFunction", 4));
+  EXPECT_EQ(nullptr, kxtest::driverSymbol("mmgr_alloc", 4));
+}
+
+TEST(Exports, AlphaTablesAreFilledAtLoad) {
+  unsigned wrong = 0;
+  const auto check = [&wrong](const auto& direct, const auto& inverse) {
+    for (unsigned alpha = 0; alpha < 256; ++alpha)
+      for (unsigned value = 0; value < std::size(direct[0]); ++value)
+        wrong += direct[alpha][value] != alpha * value || inverse[alpha][value] != (255 - alpha) * value;
+  };
+  check(Alpha8BPP_Color8BPP, Alpha8BPP_Color8BPP_Inverse);
+  check(Alpha8BPP_Color15BPP, Alpha8BPP_Color15BPP_Inverse);
+  check(Alpha8BPP_Color16BPP, Alpha8BPP_Color16BPP_Inverse);
+  for (unsigned sum = 0; sum <= 255 * 255; ++sum) wrong += Alpha8BPP_DivTable[sum] != sum / 255;
+  EXPECT_EQ(0u, wrong);
+}
+
+}  // namespace
