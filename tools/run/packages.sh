@@ -6,6 +6,7 @@ package_table='
 build|cmake|cmake
 build|ninja|ninja-build
 build|g++|g++
+build|/usr/include/SDL2/SDL.h|libsdl2-dev
 demo|/usr/include/stb/stb_image.h|libstb-dev
 tests|/usr/src/googletest/CMakeLists.txt|googletest
 clang|clang++|clang

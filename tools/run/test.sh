@@ -106,7 +106,7 @@ run_tests() {
     '') ;;
     *) die 2 "test knows --quick only, not $1" ;;
   esac
-  if [ -n "$quick" ]; then need_packages build tests; else need_packages build tests demo clang win32; fi
+  if [ -n "$quick" ]; then need_packages build tests demo; else need_packages build tests demo clang win32; fi
   lock_build
   rm -f "$logs"/*.log "$logs"/*.counts
   if [ -z "$quick" ]; then
