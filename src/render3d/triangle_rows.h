@@ -1,0 +1,93 @@
+// Walking a triangle down its rows, for the kernels of every instruction set, which supply what fills one span. All
+// code has internal linkage. SPDX-License-Identifier: MIT
+#pragma once
+
+#include "render3d/triangle_kernels.h"
+
+namespace kx {
+
+namespace {
+
+/// Five bits of a channel.
+constexpr std::int32_t channelMask = 0x1F;
+
+/// Bits by which a shade value is shifted right to count channel steps. Fractions of a step would be masked off after
+/// the sum anyway.
+constexpr int redStepBits = 26;
+constexpr int greenStepBits = 21;
+constexpr int blueStepBits = 16;
+
+/// A run of pixels in one row.
+struct TriangleSpan {
+  std::uint8_t* pixels;
+  std::int32_t count;  ///< above 0
+  Lanes at;            ///< values of the first pixel
+  Lanes step;          ///< from pixel to pixel
+};
+
+inline std::int32_t lesser(std::int32_t a, std::int32_t b) { return a < b ? a : b; }
+inline std::int32_t greater(std::int32_t a, std::int32_t b) { return a > b ? a : b; }
+
+/// value + count * step, which lies in range though the product may not.
+inline std::int32_t advanced(std::int32_t value, std::int32_t step, std::int32_t count) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(value) +
+                                   static_cast<std::uint32_t>(step) * static_cast<std::uint32_t>(count));
+}
+
+/// Goes on to the next row. Settled: the row below the middle corner's starts at that corner itself.
+inline void nextRow(Edge& edge, const Edge& lower) {
+  if (--edge.rows == 0) {
+    edge = lower;
+    return;
+  }
+  for (int lane = 0; lane < Lanes::count; ++lane) edge.at.value[lane] += edge.step.value[lane];
+}
+
+/// The part of a row between both edges that lies inside the clip columns; false when there is none. The steps are
+/// those of the whole span.
+inline bool makeSpan(TriangleSpan& span, const TriangleJob& job, const Lanes& left, const Lanes& right,
+                     std::int32_t y) {
+  const std::int32_t first = left.value[LaneX] >> 16;
+  const std::int32_t last = right.value[LaneX] >> 16;
+  const std::int32_t begin = greater(first, job.clipLeft);
+  const std::int32_t end = lesser(last, job.clipRight);
+  if (first > last || begin > end) return false;
+  divideLanes(span.step, left, right, last - first + 1);
+  span.at = left;
+  if (const std::int32_t skipped = begin - first; skipped != 0)
+    for (int lane = LaneU; lane < LanesUsed; ++lane)
+      span.at.value[lane] = advanced(span.at.value[lane], span.step.value[lane], skipped);
+  span.count = end - begin + 1;
+  span.pixels = job.pixels + y * job.pitch + static_cast<std::ptrdiff_t>(begin) * 2;
+  return true;
+}
+
+/// Filler: made from the job, and called with each span.
+template <typename Filler>
+void drawRows(const TriangleJob& job) {
+  const Filler fill(job);
+  const Triangle& triangle = job.triangle;
+  Edge left = triangle.left;
+  Edge right = triangle.right;
+  TriangleSpan span;
+  const std::int32_t end = triangle.top + triangle.rows;
+  for (std::int32_t y = triangle.top; y < end; ++y) {
+    if (y >= job.clipTop && makeSpan(span, job, left.at, right.at, y)) fill(span);
+    nextRow(left, triangle.lower);
+    nextRow(right, triangle.lower);
+  }
+}
+
+/// The kernels of one instruction set from its Filler<GreenShift, Blended, Limited>, where GreenShift is 1 for 5-6-5:
+/// green and red lie one bit above their places in 5-5-5.
+template <template <int, bool, bool> class Filler>
+constexpr TriangleKernels makeTriangleKernels() {
+  return {{{{drawRows<Filler<0, false, false>>, drawRows<Filler<0, false, true>>},
+            {drawRows<Filler<0, true, false>>, drawRows<Filler<0, true, true>>}},
+           {{drawRows<Filler<1, false, false>>, drawRows<Filler<1, false, true>>},
+            {drawRows<Filler<1, true, false>>, drawRows<Filler<1, true, true>>}}}};
+}
+
+}  // namespace
+
+}  // namespace kx
