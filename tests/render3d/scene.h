@@ -1,0 +1,47 @@
+// A device on a bitmap with guarded memory and a texture with noise, for the tests of triangles.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "kxgraphic/kxgraphic.h"
+
+namespace kxtest {
+
+using Random = std::mt19937;
+
+inline std::int32_t between(Random& random, std::int32_t low, std::int32_t high) {
+  return std::uniform_int_distribution<std::int32_t>(low, high)(random);
+}
+
+/// The library's own tables.
+BitmapMethods* bitmapMethods();
+DeviceMethods* deviceMethods();
+
+/// A 16-bit bitmap whose rows lie in memory of its own, with guard bytes before and behind.
+class GuardedImage {
+public:
+  GuardedImage(std::uint32_t format, std::int32_t width, std::int32_t height, Random& random);
+
+  Bitmap record = {};
+  std::vector<std::uint8_t> bytes;  ///< guards included
+
+  /// The same record over other bytes.
+  Bitmap over(std::vector<std::uint8_t>& other) const;
+};
+
+/// A device drawing into `target` (wholly) and a texture with one level.
+class Scene {
+public:
+  Scene(std::uint32_t format, std::int32_t width, std::int32_t height, std::int32_t textureWidth,
+        std::int32_t textureHeight, Random& random);
+
+  GuardedImage target;
+  GuardedImage level;
+  Device3D device = {};
+  Texture texture = {};
+};
+
+}  // namespace kxtest
