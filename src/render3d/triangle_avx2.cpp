@@ -1,13 +1,13 @@
 // Triangle spans in blocks of sixteen pixels.
 // SPDX-License-Identifier: MIT
-#include "render3d/triangle_gather.h"
+#include "render3d/triangle_blocks16.h"
 #include "render3d/triangle_short_copy.h"
 
 namespace kx {
 
 namespace {
 
-struct Avx2Access : GatherAccess {
+struct Avx2Access : Blocks16 {
   static Halves loadPart(const void* p, std::int32_t count) {
     Halves pixels = {};
     copyShortRun(&pixels, p, count);

@@ -1,12 +1,12 @@
 // Triangle spans in blocks of sixteen pixels, with masked access to the last block.
 // SPDX-License-Identifier: MIT
-#include "render3d/triangle_gather.h"
+#include "render3d/triangle_blocks16.h"
 
 namespace kx {
 
 namespace {
 
-struct Avx512Access : GatherAccess {
+struct Avx512Access : Blocks16 {
   static __mmask16 lowest(std::int32_t count) { return static_cast<__mmask16>((1u << count) - 1); }
 
   static Halves loadPart(const void* p, std::int32_t count) {

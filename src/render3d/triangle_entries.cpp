@@ -78,7 +78,7 @@ bool cutRows(Triangle& triangle, const ClipRect& clip) {
 
 /// Bytes of the pixel block of a plain bitmap, as far as they can be addressed here.
 std::int64_t blockSize(const Bitmap& bitmap) {
-  return std::min<std::int64_t>(std::int64_t{bitmap.pitch} * bitmap.height, INT32_MAX & ~3);
+  return std::min<std::int64_t>(std::int64_t{bitmap.pitch} * bitmap.height, INT32_MAX);
 }
 
 /// True when a texel between the corners may lie outside the block.
@@ -99,25 +99,20 @@ bool shareMemory(const Bitmap& target, const std::uint8_t* texels, std::int64_t 
 }
 
 /// With target and texture locked. BitmapDestroyed for a level without a texel.
-Result drawLocked(const Triangle& triangle, const Corners& corners, const ClipRect& clip, const Bitmap& target,
-                  const Bitmap& level, const TriangleRequest& request) {
+Result drawLocked(TriangleJob& job, const Corners& corners, const Bitmap& target, const Bitmap& level,
+                  const TriangleRequest& request) {
   const std::int64_t texelBytes = blockSize(level);
   if (texelBytes < 2) return Result::BitmapDestroyed;
-  const TriangleJob job = {.triangle = triangle,
-                           .clipLeft = clip.left,
-                           .clipRight = clip.right,
-                           .clipTop = clip.top,
-                           .pixels = target.pixels,
-                           .pitch = target.pitch,
-                           .texels = level.pixels,
-                           .widthCode = request.texture->widthCodes[0] & 31,
-                           .lastTexel = static_cast<std::int32_t>(texelBytes - 2),
-                           .alpha = request.alpha.value_or(0)};
+  job.pixels = target.pixels;
+  job.pitch = target.pitch;
+  job.texels = level.pixels;
+  job.widthCode = request.texture->widthCodes[0] & 31;
+  job.lastTexel = static_cast<std::int32_t>(texelBytes - 2);
+  job.alpha = request.alpha.value_or(0);
   const TriangleVariant variant = {.is565 = formatCode(target.format) == KX_FORMAT_565,
                                    .blended = request.alpha.has_value(),
                                    .limited = leavesBlock(corners, job.widthCode, job.lastTexel)};
-  const bool oneByOne = texelBytes % 4 != 0 || shareMemory(target, level.pixels, texelBytes);
-  (oneByOne ? triangleKernelsPortable() : *kernels).of(variant)(job);
+  (shareMemory(target, level.pixels, texelBytes) ? triangleKernelsPortable() : *kernels).of(variant)(job);
   return Result::Ok;
 }
 
@@ -136,13 +131,18 @@ Result drawTriangle(const TriangleRequest& request) {
   Corners corners = readCorners(request, clip);
   checkTexels(corners, *level);
   if (!orderCorners(corners)) return Result::Ok;
-  Triangle triangle = setUpTriangle(corners);
-  if (!cutRows(triangle, clip)) return Result::Ok;
+  TriangleJob job;
+  setUpTriangle(job.triangle, corners);
+  if (!cutRows(job.triangle, clip)) return Result::Ok;
+
+  job.clipLeft = clip.left;
+  job.clipRight = clip.right;
+  job.clipTop = clip.top;
 
   // Settled: a failed lock of the texture leaves the target locked.
   KX_TRY(lockPixels(target));
   KX_TRY(lockPixels(level));
-  KX_TRY(drawLocked(triangle, corners, clip, *target, *level, request));
+  KX_TRY(drawLocked(job, corners, *target, *level, request));
   const Result levelUnlocked = unlock(level);
   const Result targetUnlocked = unlock(target);
   return levelUnlocked != Result::Ok ? levelUnlocked : targetUnlocked;

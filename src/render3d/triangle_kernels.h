@@ -36,8 +36,7 @@ struct TriangleKernels {
   [[nodiscard]] Draw of(TriangleVariant variant) const { return draw[variant.is565][variant.blended][variant.limited]; }
 };
 
-/// One pixel after the other: the meaning of all others, and right where target and texture share memory. The others
-/// read texels in words of four bytes: their texel blocks must be whole words.
+/// One pixel after the other: the meaning of all others, and right where target and texture share memory.
 TriangleKernels triangleKernelsPortable();
 TriangleKernels triangleKernelsSse2();
 TriangleKernels triangleKernelsAvx2();

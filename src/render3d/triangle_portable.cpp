@@ -34,8 +34,8 @@ public:
   explicit ScalarFiller(const TriangleJob& job) : job_(job) {}
 
   void operator()(const TriangleSpan& span) const {
-    std::int32_t u = span.at.value[LaneU], v = span.at.value[LaneV];
-    std::int32_t red = span.at.value[LaneRed], green = span.at.value[LaneGreen], blue = span.at.value[LaneBlue];
+    std::int32_t u = span.at[laneU], v = span.at[laneV];
+    std::int32_t red = span.at[laneRed], green = span.at[laneGreen], blue = span.at[laneBlue];
     std::uint8_t* pixel = span.pixels;
     for (std::int32_t left = span.count;;) {
       Channels out = split<GreenShift>(load16(job_.texels + texelOffset(u, v)));
@@ -52,11 +52,11 @@ public:
       // One step more than there are pixels could leave the range of the numbers.
       if (--left == 0) break;
       pixel += 2;
-      u += span.step.value[LaneU];
-      v += span.step.value[LaneV];
-      red += span.step.value[LaneRed];
-      green += span.step.value[LaneGreen];
-      blue += span.step.value[LaneBlue];
+      u += span.step[laneU];
+      v += span.step[laneV];
+      red += span.step[laneRed];
+      green += span.step[laneGreen];
+      blue += span.step[laneBlue];
     }
   }
 

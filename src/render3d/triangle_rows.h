@@ -28,35 +28,31 @@ struct TriangleSpan {
 inline std::int32_t lesser(std::int32_t a, std::int32_t b) { return a < b ? a : b; }
 inline std::int32_t greater(std::int32_t a, std::int32_t b) { return a > b ? a : b; }
 
-/// value + count * step, which lies in range though the product may not.
-inline std::int32_t advanced(std::int32_t value, std::int32_t step, std::int32_t count) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(value) +
-                                   static_cast<std::uint32_t>(step) * static_cast<std::uint32_t>(count));
-}
-
 /// Goes on to the next row. Settled: the row below the middle corner's starts at that corner itself.
 inline void nextRow(Edge& edge, const Edge& lower) {
   if (--edge.rows == 0) {
     edge = lower;
     return;
   }
-  for (int lane = 0; lane < Lanes::count; ++lane) edge.at.value[lane] += edge.step.value[lane];
+  edge.at += edge.step;
 }
 
 /// The part of a row between both edges that lies inside the clip columns; false when there is none. The steps are
 /// those of the whole span.
 inline bool makeSpan(TriangleSpan& span, const TriangleJob& job, const Lanes& left, const Lanes& right,
                      std::int32_t y) {
-  const std::int32_t first = left.value[LaneX] >> 16;
-  const std::int32_t last = right.value[LaneX] >> 16;
+  const std::int32_t first = left[laneX] >> 16;
+  const std::int32_t last = right[laneX] >> 16;
   const std::int32_t begin = greater(first, job.clipLeft);
   const std::int32_t end = lesser(last, job.clipRight);
   if (first > last || begin > end) return false;
   divideLanes(span.step, left, right, last - first + 1);
   span.at = left;
+  // The sum lies in range though the product may not.
+  using Unsigned [[gnu::vector_size(sizeof(Lanes))]] = std::uint32_t;
   if (const std::int32_t skipped = begin - first; skipped != 0)
-    for (int lane = LaneU; lane < LanesUsed; ++lane)
-      span.at.value[lane] = advanced(span.at.value[lane], span.step.value[lane], skipped);
+    span.at = reinterpret_cast<Lanes>(reinterpret_cast<Unsigned>(left) +
+                                      reinterpret_cast<Unsigned>(span.step) * static_cast<std::uint32_t>(skipped));
   span.count = end - begin + 1;
   span.pixels = job.pixels + y * job.pitch + static_cast<std::ptrdiff_t>(begin) * 2;
   return true;

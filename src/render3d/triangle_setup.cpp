@@ -15,43 +15,41 @@ std::int32_t shadeChannel(std::uint32_t shade, int index, int shift) {
   return (byte & ~7) * (1 << shift);
 }
 
-Lanes cornerLanes(const VertexInt& corner) {
-  Lanes lanes = {};
-  lanes.value[LaneX] = corner.x * 0x10000;
-  lanes.value[LaneU] = corner.u * 0x10000;
-  lanes.value[LaneV] = corner.v * 0x10000;
-  lanes.value[LaneRed] = shadeChannel(corner.shade, 2, 23);
-  lanes.value[LaneGreen] = shadeChannel(corner.shade, 1, 18);
-  lanes.value[LaneBlue] = shadeChannel(corner.shade, 0, 13);
-  return lanes;
+void setLanes(Lanes& lanes, const VertexInt& corner) {
+  lanes = Lanes{corner.x * 0x10000,
+                corner.u * 0x10000,
+                corner.v * 0x10000,
+                shadeChannel(corner.shade, 2, 23),
+                shadeChannel(corner.shade, 1, 18),
+                shadeChannel(corner.shade, 0, 13),
+                0,
+                0};
 }
 
 /// Rows count both ends.
-Edge makeEdge(const VertexInt& from, const VertexInt& to) {
-  Edge edge;
-  edge.at = cornerLanes(from);
+void setEdge(Edge& edge, const VertexInt& from, const VertexInt& to) {
+  Lanes end;
+  setLanes(edge.at, from);
+  setLanes(end, to);
   edge.rows = to.y - from.y + 1;
-  divideLanes(edge.step, edge.at, cornerLanes(to), edge.rows);
-  return edge;
+  divideLanes(edge.step, edge.at, end, edge.rows);
 }
 
 }  // namespace
 
-Triangle setUpTriangle(const Corners& corners) {
-  Triangle triangle;
+void setUpTriangle(Triangle& triangle, const Corners& corners) {
   triangle.top = corners[0].y;
-  triangle.right = makeEdge(corners[1], corners[2]);
-  triangle.lower = triangle.right;
+  setEdge(triangle.lower, corners[1], corners[2]);
   if (corners[0].y == corners[1].y) {
-    triangle.left = makeEdge(corners[0], corners[2]);
+    setEdge(triangle.left, corners[0], corners[2]);
+    triangle.right = triangle.lower;
     triangle.rows = triangle.left.rows;
-    return triangle;
+    return;
   }
-  triangle.left = makeEdge(corners[0], corners[1]);
-  triangle.right = makeEdge(corners[0], corners[2]);
+  setEdge(triangle.left, corners[0], corners[1]);
+  setEdge(triangle.right, corners[0], corners[2]);
   triangle.rows = std::max(triangle.left.rows, triangle.right.rows);
-  if (triangle.right.step.value[LaneX] < triangle.left.step.value[LaneX]) std::swap(triangle.left, triangle.right);
-  return triangle;
+  if (triangle.right.step[laneX] < triangle.left.step[laneX]) std::swap(triangle.left, triangle.right);
 }
 
 }  // namespace kx

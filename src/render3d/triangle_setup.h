@@ -18,6 +18,6 @@ struct Triangle {
 };
 
 /// The edges between corners that orderCorners() has ordered.
-Triangle setUpTriangle(const Corners& corners);
+void setUpTriangle(Triangle& triangle, const Corners& corners);
 
 }  // namespace kx

@@ -22,6 +22,24 @@ struct Vectors {
   using Halves [[gnu::vector_size(Bytes)]] = std::int16_t;
 };
 
+inline std::int16_t loadTexel(const std::uint8_t* p) {
+  std::int16_t texel;
+  __builtin_memcpy(&texel, p, sizeof texel);
+  return texel;
+}
+
+/// Byte offsets of a block's texels, laid down in memory: loading them from there is cheaper than taking them out of
+/// vectors one by one, which compilers would do.
+template <int Bytes>
+struct TexelOffsets {
+  using Words = typename Vectors<Bytes>::Words;
+  Words even, odd;
+
+  TexelOffsets(const Words& evenOffsets, const Words& oddOffsets) : even(evenOffsets), odd(oddOffsets) {
+    __asm__("" : "+m"(even), "+m"(odd));
+  }
+};
+
 template <class Access, int GreenShift, bool Blended, bool Limited>
 class VectorFiller {
   using Words = typename Vectors<Access::bytes>::Words;
@@ -66,11 +84,11 @@ public:
         weight_(static_cast<std::int16_t>(256 - job.alpha)) {}
 
   void operator()(const TriangleSpan& span) const {
-    Stepped u(span.at.value[LaneU], span.step.value[LaneU]);
-    Stepped v(span.at.value[LaneV], span.step.value[LaneV]);
-    Stepped red(span.at.value[LaneRed], span.step.value[LaneRed]);
-    Stepped green(span.at.value[LaneGreen], span.step.value[LaneGreen]);
-    Stepped blue(span.at.value[LaneBlue], span.step.value[LaneBlue]);
+    Stepped u(span.at[laneU], span.step[laneU]);
+    Stepped v(span.at[laneV], span.step[laneV]);
+    Stepped red(span.at[laneRed], span.step[laneRed]);
+    Stepped green(span.at[laneGreen], span.step[laneGreen]);
+    Stepped blue(span.at[laneBlue], span.step[laneBlue]);
     const auto shade = [&](Halves texels, auto target) {
       return shadeBlock(texels, target, red.template offsets<redStepBits>(), green.template offsets<greenStepBits>(),
                         blue.template offsets<blueStepBits>());

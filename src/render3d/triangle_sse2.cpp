@@ -13,15 +13,11 @@ struct Sse2Access {
   using UnsignedWords = Vectors<bytes>::UnsignedWords;
   using Halves = Vectors<bytes>::Halves;
 
-  static std::int16_t texel(const std::uint8_t* base, std::int32_t offset) {
-    std::int16_t value;
-    __builtin_memcpy(&value, base + offset, sizeof value);
-    return value;
-  }
-
-  static Halves texels(const std::uint8_t* base, Words even, Words odd) {
-    return Halves{texel(base, even[0]), texel(base, odd[0]), texel(base, even[1]), texel(base, odd[1]),
-                  texel(base, even[2]), texel(base, odd[2]), texel(base, even[3]), texel(base, odd[3])};
+  static Halves texels(const std::uint8_t* base, const Words& even, const Words& odd) {
+    const TexelOffsets<bytes> offsets(even, odd);
+    const auto texel = [&](const Words& words, int i) { return loadTexel(base + words[i]); };
+    return Halves{texel(offsets.even, 0), texel(offsets.odd, 0), texel(offsets.even, 1), texel(offsets.odd, 1),
+                  texel(offsets.even, 2), texel(offsets.odd, 2), texel(offsets.even, 3), texel(offsets.odd, 3)};
   }
 
   static Halves interleave(UnsignedWords even, UnsignedWords odd) {
