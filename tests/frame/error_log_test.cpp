@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
-#include <regex>
 #include <set>
+#include <string>
 
 #include "kxgraphic/exceptions.hpp"
 #include "kxgraphic/frame.h"
@@ -20,13 +21,33 @@ std::string reportedLine(std::uint32_t code, std::int32_t line, const char* file
   EXPECT_EQ(code, KX_reportError(code, line, file));
   const std::string text = kxtest::readFile(logFile);
   if (text.empty()) return text;
-  EXPECT_TRUE(std::regex_search(text, std::regex("^\\[[0-9a-f]{8}\\] "))) << text;
+  const std::size_t digits = text.find_first_not_of("0123456789abcdef", 1) - 1;
+  EXPECT_TRUE(text[0] == '[' && digits == 8 && text.compare(9, 2, "] ") == 0) << text;
   return text.substr(11);
 }
 
-constexpr std::uint32_t allCodes[] = {
+/// True when the report throws an object of class Leaf that holds what a new one does.
+template <typename Leaf>
+bool throwsLeaf() {
+  const Leaf expected;
+  try {
+    KX_reportError(expected.code, 1, "x");
+  } catch (const Leaf& fault) {
+    return fault.code == expected.code && fault.text == expected.text && fault.groupText == expected.groupText;
+  } catch (...) {
+  }
+  return false;
+}
+
+struct LeafCase {
+  std::uint32_t code;
+  KX_Exception object;
+  bool (*isThrown)();
+};
+
+const LeafCase leaves[] = {
 #define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text) KX_ERROR_##leaf,
+#define KX_ERROR(code, leaf, group, text) {code, KX_##leaf##_Exception(), &throwsLeaf<KX_##leaf##_Exception>},
 #include "kxgraphic/exports/errors.inc"
 #undef KX_ERROR
 #undef KX_ERROR_GROUP
@@ -61,10 +82,10 @@ TEST(ErrorLog, CodesWithoutALeafAreReturnedUnlogged) {
 TEST(ErrorLog, EveryReportAppendsALine) {
   const kxtest::ScratchFolder folder;
   std::ofstream(logFile, std::ios::binary) << "old";
-  for (const std::uint32_t code : allCodes) EXPECT_EQ(code, KX_reportError(code, 1, "x"));
+  for (const LeafCase& leaf : leaves) EXPECT_EQ(leaf.code, KX_reportError(leaf.code, 1, "x"));
   const std::string text = kxtest::readFile(logFile);
   EXPECT_EQ("old[", text.substr(0, 4));
-  EXPECT_EQ(std::size(allCodes), static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  EXPECT_EQ(std::size(leaves), static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
   EXPECT_EQ(std::string::npos, text.find('\xC3')) << "UTF-8 in the log";
 }
 
@@ -78,41 +99,26 @@ TEST(ErrorLog, LongFileNamesLoseTheirEnd) {
   }
 }
 
-template <typename Group, typename Leaf>
-void expectThrown(std::uint32_t code) {
-  EXPECT_THROW(KX_reportError(code, 1, "x"), Leaf);
-  EXPECT_THROW(KX_reportError(code, 1, "x"), Group);
-  try {
-    KX_reportError(code, 1, "x");
-    FAIL() << "nothing thrown for " << code;
-  } catch (const KX_Exception& fault) {
-    EXPECT_EQ(code, fault.code);
-    EXPECT_STREQ(Leaf().text, fault.text);
-    EXPECT_STREQ(Group(Leaf()).groupText, fault.groupText);
-  }
-}
-
 TEST(ErrorLog, AShutLogLetsTheLeafOut) {
   const kxtest::ScratchFolder folder;
   std::filesystem::create_directory(logFile);
-#define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text) expectThrown<KX_##group##Exception, KX_##leaf##_Exception>(code);
-#include "kxgraphic/exports/errors.inc"
-#undef KX_ERROR
-#undef KX_ERROR_GROUP
+  for (const LeafCase& leaf : leaves) EXPECT_TRUE(leaf.isThrown()) << leaf.code;
+  EXPECT_THROW(KX_reportError(0x9003, 1, "x"), KX_SoundException);
+  EXPECT_THROW(KX_reportError(0x9003, 1, "x"), KX_Exception);
   EXPECT_NO_THROW(KX_reportError(0, 1, "x"));
   EXPECT_NO_THROW(KX_reportError(0x3000, 1, "x"));
 }
 
 TEST(ExceptionTree, GroupsAreTheHighDigitOfTheCode) {
+  std::set<std::uint32_t> codes;
   std::set<std::pair<std::uint32_t, std::string>> groups;
-#define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text) groups.emplace(code >> 12, KX_##leaf##_Exception().groupText);
-#include "kxgraphic/exports/errors.inc"
-#undef KX_ERROR
-#undef KX_ERROR_GROUP
+  for (const LeafCase& leaf : leaves) {
+    EXPECT_EQ(leaf.code, leaf.object.code);
+    codes.insert(leaf.code);
+    groups.emplace(leaf.code >> 12, leaf.object.groupText);
+  }
+  EXPECT_EQ(93u, codes.size());
   EXPECT_EQ(10u, groups.size());
-  EXPECT_EQ(93u, std::set<std::uint32_t>(std::begin(allCodes), std::end(allCodes)).size());
 
   const KX_Exception root;
   EXPECT_EQ(nullptr, root.text);
