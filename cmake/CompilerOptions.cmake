@@ -7,7 +7,10 @@ target_compile_options(
 
 if(KX_SANITIZE)
   # Exported functions are called through tables of the C interface, which the function sanitizer does not know.
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # Lines in reports and little optimisation: the checks make higher levels slow to compile and prone to false warnings.
+  add_compile_options(-O1 -g1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+                      -Wno-maybe-uninitialized)
+  add_compile_definitions(NDEBUG)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
