@@ -20,7 +20,6 @@ KX_PENDING(KX_setPixelZBuffer, std::uint32_t,
 KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
            (Bitmap * bitmap, Bitmap* zbuffer, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha,
             std::int32_t z))
-#include "kxgraphic/exports/codec.inc"
 #include "kxgraphic/exports/copy_blits.inc"
 #include "kxgraphic/exports/fills.inc"
 #include "kxgraphic/exports/image_functions.inc"

@@ -1,0 +1,157 @@
+// Unpacking, and the exported run-length functions.
+// SPDX-License-Identifier: MIT
+#include "codec/run_length.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "codec/short_copy.h"
+#include "kxgraphic/codec.h"
+
+namespace kx {
+
+namespace {
+
+/// The first bytes of what a packet stands for: those that follow its header, or one element repeated.
+template <unsigned Size>
+struct Block {
+  static constexpr unsigned words = Size == 3 ? 3 : 2;
+  static constexpr unsigned bytes = words * 8;
+  std::uint64_t word[words];
+
+  void load(const std::uint8_t* source) { std::memcpy(word, source, bytes); }
+  void store(std::uint8_t* target) const { std::memcpy(target, word, bytes); }
+
+  /// Repeats the element that the block starts with, if `isRun`.
+  void repeatFirst(bool isRun) {
+    const std::uint64_t element = word[0] & ((std::uint64_t{1} << (8 * Size)) - 1);
+    if constexpr (Size == 3) {
+      word[1] = isRun ? element >> 16 | element << 8 | element << 32 | element << 56 : word[1];
+      word[2] = isRun ? element >> 8 | element << 16 | element << 40 : word[2];
+      word[0] = isRun ? element | element << 24 | element << 48 : word[0];
+    } else {
+      const std::uint64_t repeated = element * (Size == 1 ? 0x0101010101010101u : 0x0001000100010001u);
+      for (std::uint64_t& each : word) each = isRun ? repeated : each;
+    }
+  }
+};
+
+/// Writes one packet of `count` elements, without touching a byte after them.
+void putPacket(std::uint8_t* target, const std::uint8_t* source, bool isRun, std::size_t count, std::size_t size) {
+  if (!isRun) {
+    if (size > 0) copyShort(target, source, count * size);
+  } else if (size == 1) {
+    std::memset(target, *source, count);
+  } else if (size == 2) {
+    std::uint16_t element;
+    std::memcpy(&element, source, sizeof element);
+    for (std::size_t i = 0; i < count; ++i) std::memcpy(target + 2 * i, &element, sizeof element);
+  } else if (size == 3) {
+    for (std::size_t i = 0; i < count; ++i) std::memcpy(target + 3 * i, source, 3);
+  } else {
+    for (std::size_t i = 0; i < count; ++i) std::memcpy(target + i * size, source, size);
+  }
+}
+
+struct Progress {
+  std::uint8_t* target;
+  std::uint64_t wanted;  ///< elements still to write
+  const std::uint8_t* source;
+  std::size_t left;  ///< source bytes
+};
+
+/// Unpacks in blocks as long as both ends are far: no branch on the kind of a packet. Blocks write ahead, but only over
+/// bytes that are wanted and that the rest of the source fills; they read ahead, but where the end of the source is not
+/// known only as far as the packets for the elements wanted must reach.
+template <unsigned Size>
+void unpackBlocks(Progress& progress) {
+  constexpr std::size_t packetAndMore = 1 + longestPacket * Size + 4 * Block<Size>::bytes;
+  const std::uint64_t wantedAhead = Block<Size>::bytes * (progress.left == unlimitedSource ? longestPacket : 1);
+  Progress p = progress;
+  while (p.left >= packetAndMore) {
+    const auto header = static_cast<std::int8_t>(*p.source);
+    const bool isRun = header < 0;
+    const std::uint32_t count = 1 + static_cast<std::uint32_t>(isRun ? -header : header);
+    if (count > longestPacket) {  // a filler
+      ++p.source;
+      --p.left;
+      continue;
+    }
+    if (count + wantedAhead > p.wanted) break;
+    const std::size_t bytes = count * Size;
+    Block<Size> block;
+    block.load(p.source + 1);
+    block.repeatFirst(isRun);
+    block.store(p.target);
+    for (std::size_t done = Block<Size>::bytes; done < bytes; done += Block<Size>::bytes) {
+      if (!isRun) block.load(p.source + 1 + done);
+      block.store(p.target + done);
+    }
+    const std::size_t used = 1 + (isRun ? Size : bytes);
+    p.target += bytes;
+    p.wanted -= count;
+    p.source += used;
+    p.left -= used;
+  }
+  progress = p;
+}
+
+Unpacked unpack(std::uint8_t* elements, std::uint64_t wanted, const std::uint8_t* packed, std::size_t available,
+                std::uint32_t elementSize, bool cutLast) {
+  Progress p{elements, wanted, packed, available};
+  if (elementSize == 1) unpackBlocks<1>(p);
+  if (elementSize == 2) unpackBlocks<2>(p);
+  if (elementSize == 3) unpackBlocks<3>(p);
+
+  std::uint64_t written = wanted - p.wanted;
+  RunReader reader(p.source, p.left, elementSize);
+  while (written < wanted && reader.next()) {
+    const std::uint64_t count = cutLast ? std::min<std::uint64_t>(reader.count(), wanted - written) : reader.count();
+    putPacket(p.target, reader.elements(), reader.isRun(), static_cast<std::size_t>(count), elementSize);
+    p.target += count * elementSize;
+    written += count;
+  }
+  return {available - p.left + reader.used(), written};
+}
+
+}  // namespace
+
+Unpacked unpackPackets(std::uint8_t* elements, std::uint64_t wanted, const std::uint8_t* packed, std::size_t available,
+                       std::uint32_t elementSize) {
+  return unpack(elements, wanted, packed, available, elementSize, false);
+}
+
+Unpacked unpackElements(std::uint8_t* elements, std::uint64_t wanted, const std::uint8_t* packed, std::size_t available,
+                        std::uint32_t elementSize) {
+  return unpack(elements, wanted, packed, available, elementSize, true);
+}
+
+}  // namespace kx
+
+extern "C" {
+
+std::uint32_t KX_CALL RLE_compressWords(void* dst, const void* src, std::uint32_t count, std::uint32_t elementSize) {
+  return static_cast<std::uint32_t>(
+      kx::packElements(static_cast<std::uint8_t*>(dst), static_cast<const std::uint8_t*>(src), count, elementSize));
+}
+
+std::uint32_t KX_CALL RLE_decompressWords(void* dst, const void* src, std::int32_t srcLength, std::uint32_t elementSize,
+                                          std::uint32_t maxElements, std::uint32_t* position) {
+  const std::uint32_t start = position != nullptr ? *position : 0;
+  const std::size_t available = srcLength < 0 ? kx::unlimitedSource : static_cast<std::size_t>(srcLength);
+  const kx::Unpacked unpacked =
+      kx::unpackPackets(static_cast<std::uint8_t*>(dst), maxElements, static_cast<const std::uint8_t*>(src) + start,
+                        available, elementSize);
+  if (position != nullptr) *position = start + static_cast<std::uint32_t>(unpacked.sourceBytes);
+  return static_cast<std::uint32_t>(unpacked.elements * elementSize);
+}
+
+std::uint32_t KX_CALL RLE_compress(void* dst, const void* src, std::uint32_t count) {
+  return RLE_compressWords(dst, src, count, 1);
+}
+
+std::uint32_t KX_CALL RLE_decompress(void* dst, const void* src, std::int32_t srcLength, std::uint32_t maxOut,
+                                     std::uint32_t* position) {
+  return RLE_decompressWords(dst, src, srcLength, 1, maxOut, position);
+}
+}
