@@ -9,6 +9,7 @@
 #include "bitmap/own_methods.h"
 #include "bitmap/record.h"
 #include "bitmap/view.h"
+#include "codec/run_length.h"
 #include "kxgraphic/bitmap.h"
 #include "kxgraphic/codec.h"
 
@@ -67,7 +68,7 @@ struct PackedImage {
 Result encode(PackedImage& image, const Bitmap& source) {
   const auto height = static_cast<std::uint32_t>(std::max(source.height, 0));
   const std::uint32_t pixelBytes = bytesPerPixel(source.format);
-  const std::uint64_t longestRow = rowPixels(source) * pixelBytes + (rowPixels(source) + 127) / 128;
+  const std::uint64_t longestRow = packedBound(rowPixels(source), pixelBytes);
   const HeapArray<std::uint8_t> work = makeHeapArray<std::uint8_t>(longestRow * height);
   image.rowTable = makeHeapArray<std::uint32_t>(height);
   if (!work || !image.rowTable) return Result::OutOfMemory;

@@ -68,7 +68,7 @@ void unpackBlocks(Progress& progress) {
   constexpr std::size_t packetAndMore = 1 + longestPacket * Size + 4 * Block<Size>::bytes;
   const std::uint64_t wantedAhead = Block<Size>::bytes * (progress.left == unlimitedSource ? longestPacket : 1);
   Progress p = progress;
-  while (p.left >= packetAndMore) {
+  while (p.left >= packetAndMore && p.wanted > wantedAhead) {
     const auto header = static_cast<std::int8_t>(*p.source);
     const bool isRun = header < 0;
     const std::uint32_t count = 1 + static_cast<std::uint32_t>(isRun ? -header : header);
