@@ -38,8 +38,9 @@ struct Block {
 
 /// Writes one packet of `count` elements, without touching a byte after them.
 void putPacket(std::uint8_t* target, const std::uint8_t* source, bool isRun, std::size_t count, std::size_t size) {
+  if (size == 0) return;
   if (!isRun) {
-    if (size > 0) copyShort(target, source, count * size);
+    copyShort(target, source, count * size);
   } else if (size == 1) {
     std::memset(target, *source, count);
   } else if (size == 2) {
