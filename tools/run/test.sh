@@ -77,7 +77,7 @@ stage_exports() {
   return "$status"
 }
 
-# checked LOG: the scripts of tools/ end with a line "N passed, N failed"
+# run_stage NAME TITLE: the scripts of tools/ end their output with a line "N passed, N failed", which counts too
 run_stage() {
   local name=$1 title=$2 begin=$SECONDS status passed failed skipped= mark=ok
   counts=$logs/$name.counts

@@ -49,11 +49,14 @@ install_wine_beside() {
   return 1
 }
 
-# Does a 32-bit program run and hand its exit code on?
+# Does a 32-bit program run and hand its exit code on? A Wine that has lost its way gets a new prefix.
 wine_works() {
   local program=$root/build/wine-check.exe
-  echo 'int main(void) { return 7; }' |
-    i686-w64-mingw32-gcc -x c - -o "$program" && tools/wine-run "$program"
+  echo 'int main(void) { return 7; }' | i686-w64-mingw32-gcc -x c - -o "$program" || return 1
+  tools/wine-run "$program"
+  [ $? = 7 ] && return 0
+  rm -rf build/wine
+  tools/wine-run "$program"
   [ $? = 7 ]
 }
 
@@ -67,7 +70,10 @@ prepare_wine() {
     echo "the installed wine runs no 32-bit programs"
   fi
   if [ ! -d "$wine_root" ]; then
-    [ -z "${KX_NO_INSTALL:-}" ] && can_be_root || { echo "Wine for i386 is not there and takes root rights to get"; return 1; }
+    if [ -n "${KX_NO_INSTALL:-}" ] || ! can_be_root; then
+      echo "Wine for i386 is not there and takes root rights to get"
+      return 1
+    fi
     make_wine_root || install_wine_beside || return 1
   fi
   wine_works || { echo "Wine does not run (is $wine_root whole? It can be deleted.)"; return 1; }
