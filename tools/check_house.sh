@@ -44,10 +44,15 @@ system_code() {
     src --include='*.cpp' --include='*.h' | grep -v '^src/platform/' | sed 's/^/  /'
 }
 
-# Vector code stands in the files whose suffix chooses its flags.
+# Instructions beyond SSE2, which every processor here has, stand in the files whose suffix chooses their flags, or in
+# headers that only such files include.
 vector_code() {
-  grep -rlE '^ *# *include <[a-z]+mmintrin\.h>|^ *# *include <(x86|imm)intrin\.h>' src |
-    grep -vE '_(sse2|avx2|avx512|pclmul)\.(cpp|h)$|/cpu\.cpp$' | sed 's/^/  /'
+  local beyond='<(imm|x86|smm|tmm|nmm|wmm|pmm)intrin\.h>' header
+  while read -r header; do
+    beyond="$beyond|\"${header#src/}\""
+  done < <(grep -rlE "^ *# *include $beyond" src --include='*.h')
+  grep -rlE "^ *# *include ($beyond)" src --include='*.cpp' |
+    grep -vE '_(sse2|avx2|avx512|pclmul)\.cpp$|/cpu\.cpp$' | sed 's/^/  /'
 }
 
 heads() {
