@@ -112,16 +112,28 @@ bool SdlDisplay::changeMode(const DisplayMode& mode, void* window) {
   return true;
 }
 
+/// A window on its own is put over the desktop, and put back, by hand as well: an X server without a window manager
+/// makes nothing full screen, and not every driver goes back to the old size.
+bool movesAlone(const SdlLibrary& sdl, SDL_Window* window, const TakenWindow& before) {
+  return before.fullScreenFlags == 0 && (sdl.SDL_GetWindowFlags(window) & SDL_WINDOW_MAXIMIZED) == 0;
+}
+
 bool SdlDisplay::takeWindow(SDL_Window* window) {
   const SdlLibrary& sdl = *sdlLibrary();
   TakenWindow before;
   before.fullScreenFlags = sdl.SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN_DESKTOP;
   sdl.SDL_GetWindowPosition(window, &before.x, &before.y);
   sdl.SDL_GetWindowSize(window, &before.width, &before.height);
-  if (sdl.SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP) != 0) return false;
   before.id = sdl.SDL_GetWindowID(window);
   taken_ = before;
-  return true;
+  SDL_Rect desktop;
+  if (movesAlone(sdl, window, before) && sdl.SDL_GetDisplayBounds(firstDisplay, &desktop) == 0) {
+    sdl.SDL_SetWindowPosition(window, desktop.x, desktop.y);
+    sdl.SDL_SetWindowSize(window, desktop.w, desktop.h);
+  }
+  if (sdl.SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP) == 0) return true;
+  giveWindowBack();
+  return false;
 }
 
 void SdlDisplay::giveWindowBack() {
@@ -133,8 +145,7 @@ void SdlDisplay::giveWindowBack() {
   SDL_Window* window = sdl.SDL_GetWindowFromID(before.id);
   if (window == nullptr) return;
   sdl.SDL_SetWindowFullscreen(window, before.fullScreenFlags);
-  if (before.fullScreenFlags != 0 || (sdl.SDL_GetWindowFlags(window) & SDL_WINDOW_MAXIMIZED) != 0) return;
-  // Not every video driver does this by itself.
+  if (!movesAlone(sdl, window, before)) return;
   sdl.SDL_SetWindowSize(window, before.width, before.height);
   sdl.SDL_SetWindowPosition(window, before.x, before.y);
 }

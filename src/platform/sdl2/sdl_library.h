@@ -10,6 +10,7 @@ namespace kx::platform {
 #define KX_SDL_FUNCTIONS(use)       \
   use(SDL_GetCurrentVideoDriver)    \
   use(SDL_GetDesktopDisplayMode)    \
+  use(SDL_GetDisplayBounds)         \
   use(SDL_GetDisplayMode)           \
   use(SDL_GetHint)                  \
   use(SDL_GetNumDisplayModes)       \
