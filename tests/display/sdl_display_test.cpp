@@ -12,6 +12,8 @@
 #include "display/x11_screenshot.h"
 #include "kxgraphic/kxgraphic.h"
 
+extern "C" void mmgr_free(void* block);
+
 namespace {
 
 constexpr int windowX = 40, windowY = 30, windowWidth = 150, windowHeight = 90;
@@ -145,6 +147,7 @@ TEST_F(SdlDisplayTest, ListsEverySizeAtBothDepthsEvenBeforeTheProgramStartsVideo
       if (mode.width == desktop.w && mode.height == desktop.h) hasDesktop[i % 2] = true;
     }
     EXPECT_TRUE(hasDesktop[0] && hasDesktop[1]);
+    mmgr_free(list);
   }
 }
 

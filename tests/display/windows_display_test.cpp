@@ -8,6 +8,8 @@
 
 #include "kxgraphic/kxgraphic.h"
 
+extern "C" void mmgr_free(void* block);
+
 namespace {
 
 constexpr int windowWidth = 96, windowHeight = 64;
@@ -116,7 +118,9 @@ protected:
     VideoMode* list = nullptr;
     std::int32_t count = 0;
     EXPECT_EQ(0u, KX_getVideoModeList(screen, &list, &count));
-    return {list, list + count};
+    const std::vector<VideoMode> modes(list, list + count);
+    mmgr_free(list);
+    return modes;
   }
 
   ScreenMethods methods{};
