@@ -30,7 +30,8 @@ bool isMapped(const void* p) {
 
 /// What to put back when a window stops being full screen.
 struct TakenWindow {
-  Uint32 id = 0;  ///< 0: none; SDL never gives a number twice, so it outlives the window safely
+  SDL_Window* window = nullptr;  ///< perhaps gone by now: SDL finds it by its number, or it does not
+  Uint32 id = 0;                 ///< 0: none
   Uint32 fullScreenFlags = 0;
   int x = 0, y = 0;
   int width = 0, height = 0;
@@ -124,6 +125,7 @@ bool SdlDisplay::takeWindow(SDL_Window* window) {
   before.fullScreenFlags = sdl.SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN_DESKTOP;
   sdl.SDL_GetWindowPosition(window, &before.x, &before.y);
   sdl.SDL_GetWindowSize(window, &before.width, &before.height);
+  before.window = window;
   before.id = sdl.SDL_GetWindowID(window);
   taken_ = before;
   SDL_Rect desktop;
@@ -142,8 +144,8 @@ void SdlDisplay::giveWindowBack() {
   if (before.id == 0) return;
   const SdlLibrary& sdl = *sdlLibrary();
   if (sdl.SDL_GetCurrentVideoDriver() == nullptr) return;
-  SDL_Window* window = sdl.SDL_GetWindowFromID(before.id);
-  if (window == nullptr) return;
+  SDL_Window* window = before.window;
+  if (sdl.SDL_GetWindowFromID(before.id) != window) return;
   sdl.SDL_SetWindowFullscreen(window, before.fullScreenFlags);
   if (!movesAlone(sdl, window, before)) return;
   sdl.SDL_SetWindowSize(window, before.width, before.height);
@@ -196,7 +198,7 @@ void SdlDisplay::present(void* handle, const Frame& frame) {
                          .green = {layout.Gshift, layout.Gloss},
                          .blue = {layout.Bshift, layout.Bloss}};
   SDL_Rect touched = {0, 0, surface->w, surface->h};
-  if (sdl.SDL_GetWindowID(window) == taken_.id) {
+  if (sdl.SDL_GetWindowFromID(taken_.id) == window) {
     const Area place = fitFrame(frame.size, canvas.size);
     blackenAround(canvas, place);
     drawFrame(canvas, frame, place);
