@@ -24,10 +24,13 @@ protected:
   ScreenTest() { display.windows[window()] = {windowWidth, windowHeight}; }
 
   ~ScreenTest() override {
-    // Coming and going as a windowed screen frees what failed set-ups left.
+    // Coming and going frees the buffers that failed set-ups left, and ends a change of the mode that they left.
     display.windows[window()] = {640, 480};
     Screen* last = create();
     EXPECT_EQ(0u, KX_setMode(last, window(), KX_MODE_WINDOWED, nullptr));
+    display.modes = {displayMode(640, 480, 60, 16)};
+    VideoMode mode = {640, 480, 0, 5};
+    EXPECT_EQ(0u, KX_setMode(last, window(), KX_MODE_FULL_SCREEN, &mode));
     EXPECT_EQ(0u, KX_deleteScreen(last));
     EXPECT_EQ(blocksBefore, liveBlocks());
   }
