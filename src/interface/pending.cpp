@@ -20,10 +20,11 @@ KX_PENDING(KX_setPixelZBuffer, std::uint32_t,
 KX_PENDING(KX_setPixelAlphaZBuffer, std::uint32_t,
            (Bitmap * bitmap, Bitmap* zbuffer, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha,
             std::int32_t z))
-#include "kxgraphic/exports/copy_blits.inc"
+KX_PENDING(KX_moveRect, std::uint32_t,
+           (Bitmap * bitmap, std::int32_t dx, std::int32_t dy, std::int32_t sx, std::int32_t sy, std::int32_t w,
+            std::int32_t h))
 #include "kxgraphic/exports/fills.inc"
 #include "kxgraphic/exports/image_functions.inc"
 #include "kxgraphic/exports/image_methods.inc"
 #include "kxgraphic/exports/lines.inc"
-#include "kxgraphic/exports/stretch_blits.inc"
 }

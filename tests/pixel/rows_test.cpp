@@ -69,7 +69,7 @@ protected:
 
 TEST_P(RowKernelLevels, CombineLikeThePortableOnes) {
   std::mt19937 random(1);
-  for (unsigned run = 0; run < 12000; ++run) {
+  for (unsigned run = 0; run < 6000; ++run) {
     const auto rule = static_cast<Combine>(random() % kx::combineCount);
     const auto test = static_cast<RowTest>(random() % kx::rowTestCount);
     const auto format = static_cast<RowFormat>(random() % kx::rowFormatCount);

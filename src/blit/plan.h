@@ -1,0 +1,74 @@
+// What a blit does to its rows, chosen once: fetch, translate, test, combine, store.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "blit/convert.h"
+#include "blit/families.h"
+#include "blit/request.h"
+#include "pixel/rows.h"
+
+namespace kx {
+
+/// Where source pixels come from.
+enum class Fetch : std::uint8_t {
+  Rows,     ///< whole bytes per pixel in plain rows
+  Bits,     ///< one bit per pixel
+  Packed,   ///< packed rows
+  Nothing,  ///< a format without pixels: all values are 0
+};
+
+/// Rows of bytes from the rectangle's top left corner on; `end` is the end of their block.
+struct Plane {
+  std::uint8_t* start = nullptr;
+  std::ptrdiff_t pitch = 0;
+  const std::uint8_t* end = nullptr;
+
+  [[nodiscard]] std::uint8_t* row(std::int64_t y) const { return start + static_cast<std::ptrdiff_t>(y * pitch); }
+};
+
+struct BlitPlan {
+  std::int32_t width, height;  ///< of the destination rectangle
+  bool stretched;
+  std::int64_t stepX, stepY;  ///< source pixels per destination pixel, 16.16
+  std::int32_t sourceWidth;
+
+  Fetch fetch;
+  Plane source;                     ///< of packed rows only the pixel memory
+  std::size_t sourceBytes;          ///< of an element as fetched
+  std::size_t sourceX;              ///< first bit, or first pixel of a packed row
+  const std::uint32_t* packedRows;  ///< row offsets from the rectangle's top on
+  bool overruns;                    ///< a run of a packed row may go on past the right edge
+
+  const std::uint8_t* lookupTable;  ///< null: none
+  std::size_t lookupBytes;          ///< of the table's elements
+  ConvertRow convert;               ///< null: none
+  const std::uint8_t* nearestTo;    ///< the palette that `convert` aims at
+
+  bool keyed;  ///< the mask leaves out pixels of value 0 before translation
+  RowTest test;
+  RowKernels::CombineRow combine;  ///< null: the destination has no pixels
+  std::uint32_t alpha;
+
+  Plane destination;
+  std::size_t destinationBytes;  ///< of an element; 1 for bits
+  bool destinationBits;
+  std::size_t destinationX;  ///< first bit
+  bool readsDestination;     ///< bits only: the old pixels matter
+
+  Plane zBuffer, zMap, alphamap;  ///< `start` null where the variant has none
+  std::int32_t z;
+
+  bool pixelByPixel;  ///< memory is shared: keep the order of a plain loop
+  bool wordByWord;    ///< and of a plain copy, which goes by words of four bytes
+};
+
+/// Tests palettes, makes missing translations, and chooses. PaletteDestroyed, OutOfMemory.
+Result makePlan(BlitPlan& plan, const FamilyRules& family, const BlitRequest& request);
+
+/// Draws.
+void run(const BlitPlan& plan);
+
+}  // namespace kx

@@ -1,0 +1,221 @@
+// The one loop over rows and chunks: fetch, translate, test, combine, store.
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <optional>
+
+#include "blit/packed_reader.h"
+#include "blit/plan.h"
+
+namespace kx {
+
+namespace {
+
+/// Pixels that pass through the stages at a time; their buffers stay in the first-level cache.
+constexpr std::size_t longestChunk = 1024;
+
+constexpr std::size_t noColumn = ~std::size_t{0};
+
+class Runner {
+public:
+  explicit Runner(const BlitPlan& plan) : plan_(plan), kernels_(rowKernels()) {
+    if (plan.nearestTo != nullptr) nearest_.emplace(plan.nearestTo);
+  }
+
+  /// Stretches go strip by strip, so that columns are stepped once and repeated rows are still at hand.
+  void run() {
+    const auto width = static_cast<std::size_t>(plan_.width);
+    const std::size_t strip = plan_.stretched && !plan_.pixelByPixel ? longestChunk : width;
+    for (std::size_t left = 0; left < width; left += strip) {
+      fetchedRow_ = -1;
+      for (std::int32_t y = 0; y < plan_.height; ++y) drawRow(y, left, std::min(left + strip, width));
+    }
+  }
+
+private:
+  [[nodiscard]] bool drawsInPlace() const {
+    return plan_.fetch == Fetch::Rows && !plan_.stretched && plan_.lookupTable == nullptr && plan_.convert == nullptr &&
+           plan_.test != RowTest::Masked && !plan_.destinationBits;
+  }
+
+  [[nodiscard]] std::size_t chunkLimit() const {
+    if (plan_.pixelByPixel) return 1;
+    return drawsInPlace() ? static_cast<std::size_t>(plan_.width) : longestChunk;
+  }
+
+  void drawRow(std::int32_t y, std::size_t left, std::size_t right) {
+    y_ = y;
+    sourceRow_ = plan_.stretched ? (y * plan_.stepY) >> 16 : y;
+    // A chunk's buffers still hold the row only where the chunk is the whole strip.
+    repeated_ = plan_.stretched && !plan_.pixelByPixel && sourceRow_ == fetchedRow_;
+    fetchedRow_ = sourceRow_;
+    if (plan_.fetch == Fetch::Packed && !repeated_) right = openPackedRow(right);
+    for (std::size_t x = left; x < right;) {
+      const std::size_t count = std::min(chunkLimit(), right - x);
+      drawChunk(x, count);
+      x += count;
+    }
+  }
+
+  /// Goes to the rectangle's left edge. Settled: the rest of a run that begins left of it is drawn whole, beyond the
+  /// right edge too; it ends with the memory of the destination or of what is read beside it.
+  std::size_t openPackedRow(std::size_t right) {
+    packed_ =
+        PackedReader(plan_.source.start + plan_.packedRows[sourceRow_], static_cast<std::uint32_t>(plan_.sourceBytes));
+    packed_.skip(plan_.sourceX);
+    packedColumn_ = 0;
+    if (!plan_.overruns || packed_.leftInPacket() <= right) return right;
+    std::size_t room = roomBehind(plan_.destination, y_, plan_.destinationBytes);
+    for (const Plane* plane : {&plan_.zBuffer, &plan_.zMap, &plan_.alphamap})
+      if (plane->start != nullptr) room = std::min(room, roomBehind(*plane, y_, 1));
+    return std::max(right, std::min(packed_.leftInPacket(), room));
+  }
+
+  static std::size_t roomBehind(const Plane& plane, std::int64_t y, std::size_t pixelBytes) {
+    return static_cast<std::size_t>(plane.end - plane.row(y)) / pixelBytes;
+  }
+
+  void stepColumns(std::size_t x, std::size_t count) {
+    if (columnsFrom_ == x) return;
+    columnsFrom_ = x;
+    std::int64_t position = static_cast<std::int64_t>(x) * plan_.stepX;
+    for (std::size_t i = 0; i < count; ++i, position += plan_.stepX)
+      columns_[i] = static_cast<std::uint32_t>(position >> 16);
+  }
+
+  void drawChunk(std::size_t x, std::size_t count) {
+    if (plan_.stretched) stepColumns(x, count);
+    if (!repeated_) fetch(x, count);
+    if (plan_.test == RowTest::Masked) test(x, count);
+    if (plan_.combine != nullptr) combine(x, count);
+  }
+
+  void gather(std::uint8_t* dst, const std::uint8_t* row, std::size_t pixelBytes, std::size_t count) {
+    kernels_.gather[pixelBytes - 1]({dst, row, columns_, count, static_cast<std::uint32_t>(plan_.sourceWidth)});
+  }
+
+  /// Source pixels as they are stored, and as the destination stores them.
+  void fetch(std::size_t x, std::size_t count) {
+    stored_ = fetchStored(x, count);
+    translated_ = stored_;
+    if (plan_.lookupTable != nullptr) {
+      kernels_.lookup[plan_.lookupBytes - 1](colours_, translated_, plan_.lookupTable, count);
+      translated_ = colours_;
+    }
+    if (plan_.convert != nullptr) {
+      plan_.convert(converted_, translated_, count, nearest_ ? &*nearest_ : nullptr);
+      translated_ = converted_;
+    }
+    weights_ = besideSource(plan_.alphamap, weightBuffer_, x, count);
+    depths_ = besideSource(plan_.zMap, depthBuffer_, x, count);
+  }
+
+  const std::uint8_t* fetchStored(std::size_t x, std::size_t count) {
+    const std::size_t bytes = plan_.sourceBytes;
+    switch (plan_.fetch) {
+      case Fetch::Rows: {
+        const std::uint8_t* row = plan_.source.row(sourceRow_);
+        if (plan_.stretched)
+          gather(fetched_, row, bytes, count);
+        else if (plan_.pixelByPixel)
+          std::memcpy(fetched_, row + x * bytes, bytes);  // the depth test may store over it
+        else
+          return row + x * bytes;
+        break;
+      }
+      case Fetch::Bits: {
+        const std::uint8_t* row = plan_.source.row(sourceRow_);
+        if (!plan_.stretched) kernels_.readBits(fetched_, row, plan_.sourceX + x, count);
+        for (std::size_t i = 0; plan_.stretched && i < count; ++i)
+          kernels_.readBits(fetched_ + i, row, plan_.sourceX + columns_[i], 1);
+        break;
+      }
+      case Fetch::Packed:
+        if (plan_.stretched)
+          gatherPacked(count);
+        else
+          packed_.read(fetched_, count);
+        break;
+      case Fetch::Nothing:
+        std::memset(fetched_, 0, count);
+        break;
+    }
+    return fetched_;
+  }
+
+  void gatherPacked(std::size_t count) {
+    const std::size_t bytes = plan_.sourceBytes;
+    for (std::size_t i = 0; i < count; ++i) {
+      packed_.skip(columns_[i] - packedColumn_);
+      packedColumn_ = columns_[i];
+      std::memcpy(fetched_ + i * bytes, packed_.peek(), bytes);
+    }
+  }
+
+  const std::uint8_t* besideSource(const Plane& plane, std::uint8_t* buffer, std::size_t x, std::size_t count) {
+    if (plane.start == nullptr) return nullptr;
+    const std::uint8_t* row = plane.row(sourceRow_);
+    if (!plan_.stretched) return row + x;
+    gather(buffer, row, 1, count);
+    return buffer;
+  }
+
+  void test(std::size_t x, std::size_t count) {
+    if (plan_.keyed) kernels_.keyMask[plan_.sourceBytes - 1](mask_, stored_, count);
+    if (plan_.zBuffer.start != nullptr)
+      kernels_.depth({mask_, plan_.zBuffer.row(y_) + x, count, plan_.keyed, depths_, plan_.z});
+  }
+
+  void combine(std::size_t x, std::size_t count) {
+    std::uint8_t* row = plan_.destination.row(y_);
+    if (!plan_.destinationBits) {
+      plan_.combine({row + x * plan_.destinationBytes, translated_, count, mask_, weights_, plan_.alpha});
+      return;
+    }
+    const std::size_t first = plan_.destinationX + x;
+    if (plan_.readsDestination) kernels_.readBits(bits_, row, first, count);
+    plan_.combine({bits_, translated_, count, mask_, weights_, plan_.alpha});
+    kernels_.writeBits(row, first, bits_, count);
+  }
+
+  const BlitPlan& plan_;
+  const RowKernels& kernels_;
+  std::optional<NearestEntries> nearest_;
+
+  std::int32_t y_ = 0;
+  std::int64_t sourceRow_ = 0, fetchedRow_ = -1;
+  bool repeated_ = false;
+  std::size_t columnsFrom_ = noColumn;
+  PackedReader packed_;
+  std::size_t packedColumn_ = 0;
+
+  // The chunk at the stages it has passed.
+  const std::uint8_t* stored_ = nullptr;
+  const std::uint8_t* translated_ = nullptr;
+  const std::uint8_t* weights_ = nullptr;
+  const std::uint8_t* depths_ = nullptr;
+
+  std::uint32_t columns_[longestChunk];
+  std::uint8_t fetched_[3 * longestChunk], colours_[3 * longestChunk], converted_[3 * longestChunk];
+  std::uint8_t mask_[longestChunk], weightBuffer_[longestChunk], depthBuffer_[longestChunk], bits_[longestChunk];
+};
+
+void copyWords(const BlitPlan& plan) {
+  const std::size_t bytes = static_cast<std::size_t>(plan.width) * plan.sourceBytes;
+  for (std::int32_t y = 0; y < plan.height; ++y) {
+    std::uint8_t* dst = plan.destination.row(y);
+    const std::uint8_t* src = plan.source.row(y);
+    std::size_t i = 0;
+    for (; i + 4 <= bytes; i += 4) store32(dst + i, load32(src + i));
+    for (; i < bytes; ++i) dst[i] = src[i];
+  }
+}
+
+}  // namespace
+
+void run(const BlitPlan& plan) {
+  if (plan.width < 1 || plan.height < 1) return;
+  if (plan.wordByWord) return copyWords(plan);
+  Runner(plan).run();
+}
+
+}  // namespace kx
