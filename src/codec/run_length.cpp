@@ -15,7 +15,7 @@ namespace {
 /// The first bytes of what a packet stands for: those that follow its header, or one element repeated.
 template <unsigned Size>
 struct Block {
-  static constexpr unsigned words = Size == 3 ? 3 : 2;
+  static constexpr unsigned words = Size == 3 ? 3 : 4;
   static constexpr unsigned bytes = words * 8;
   std::uint64_t word[words];
 

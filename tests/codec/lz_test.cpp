@@ -100,7 +100,7 @@ Bytes plainDecompress(const Bytes& packed, std::size_t maxOut) {
 Bytes compress(const Bytes& data) {
   Bytes packed(2 * data.size() + 16, 0xEE);
   const std::uint32_t written = LZ_compress(packed.data(), data.data(), static_cast<std::uint32_t>(data.size()));
-  EXPECT_TRUE(std::all_of(packed.begin() + written, packed.end(), [](int byte) { return byte == 0xEE; }));
+  EXPECT_TRUE(kxtest::untouchedFrom(packed, written));
   packed.resize(written);
   return packed;
 }
@@ -143,7 +143,7 @@ TEST(Lz, SameStreamAsThePlainEncoder) {
     const Bytes expected = plainDecompress(packed, room);
     ASSERT_EQ(expected.size(), written);
     ASSERT_TRUE(std::equal(expected.begin(), expected.end(), guarded.begin()));
-    ASSERT_TRUE(std::all_of(guarded.begin() + written, guarded.end(), [](int byte) { return byte == 0xEE; }));
+    ASSERT_TRUE(kxtest::untouchedFrom(guarded, written));
   }
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -27,6 +28,13 @@ private:
 };
 
 constexpr int shapes = 8;
+
+constexpr std::uint8_t canary = 0xEE;
+
+/// True when the block, filled with canaries before, was not written from byte `from` on.
+inline bool untouchedFrom(const Bytes& block, std::size_t from) {
+  return std::all_of(block.data() + from, block.data() + block.size(), [](int byte) { return byte == canary; });
+}
 
 /// `count` elements of `size` bytes in one of `shapes` shapes.
 inline Bytes makeData(int shape, std::size_t count, std::size_t size, Random& random) {

@@ -73,9 +73,9 @@ Bytes plainUnpack(const Bytes& packed, std::size_t size, std::size_t wanted, std
 /// Packs into a block of exactly the promised size and checks that nothing after the result was touched.
 Bytes pack(const Bytes& data, std::size_t size) {
   const auto count = static_cast<std::uint32_t>(data.size() / size);
-  Bytes packed(kx::packedBound(count, size), 0xEE);
+  Bytes packed(static_cast<std::size_t>(kx::packedBound(count, size)), kxtest::canary);
   const std::uint32_t written = RLE_compressWords(packed.data(), data.data(), count, static_cast<std::uint32_t>(size));
-  EXPECT_TRUE(std::all_of(packed.begin() + written, packed.end(), [](int byte) { return byte == 0xEE; }));
+  EXPECT_TRUE(kxtest::untouchedFrom(packed, written));
   packed.resize(written);
   return packed;
 }
@@ -90,7 +90,7 @@ Decoded unpack(const Bytes& packed, std::size_t size, std::size_t wanted, std::i
   const std::uint32_t written =
       RLE_decompressWords(result.data.data(), packed.data(), srcLength, static_cast<std::uint32_t>(size),
                           static_cast<std::uint32_t>(wanted), &result.position);
-  EXPECT_TRUE(std::all_of(result.data.begin() + written, result.data.end(), [](int byte) { return byte == 0xEE; }));
+  EXPECT_TRUE(kxtest::untouchedFrom(result.data, written));
   result.data.resize(written);
   return result;
 }
@@ -132,7 +132,7 @@ TEST(RunLength, PacksLikeThePlainRule) {
       const Bytes packed = pack(data, size);
       ASSERT_EQ(plainPack(data, size), packed) << size << ' ' << round;
       if (size == 1) {
-        Bytes again(kx::packedBound(count, 1));
+        Bytes again(static_cast<std::size_t>(kx::packedBound(count, 1)));
         ASSERT_EQ(packed.size(), RLE_compress(again.data(), data.data(), static_cast<std::uint32_t>(count)));
         ASSERT_TRUE(std::equal(packed.begin(), packed.end(), again.begin()));
       }
