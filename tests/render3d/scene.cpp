@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "render3d/scene.h"
 
-#include <algorithm>
-
 namespace kxtest {
 
 namespace {
@@ -30,7 +28,7 @@ GuardedImage::GuardedImage(std::uint32_t format, std::int32_t width, std::int32_
   record.format = format;
   record.pitch = (2 * width + 3) & ~3;
   bytes.resize(static_cast<std::size_t>(record.pitch) * static_cast<std::size_t>(height) + 2 * guardBytes);
-  std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(random()); });
+  random.fill(bytes);
   record.pixels = bytes.data() + guardBytes;
 }
 

@@ -3,18 +3,12 @@
 #pragma once
 
 #include <cstdint>
-#include <random>
 #include <vector>
 
 #include "kxgraphic/kxgraphic.h"
+#include "support/random.h"
 
 namespace kxtest {
-
-using Random = std::mt19937;
-
-inline std::int32_t between(Random& random, std::int32_t low, std::int32_t high) {
-  return std::uniform_int_distribution<std::int32_t>(low, high)(random);
-}
 
 /// The library's own tables.
 BitmapMethods* bitmapMethods();
