@@ -98,11 +98,11 @@ bool shareMemory(const Bitmap& target, const std::uint8_t* texels, std::int64_t 
          addressOf(texels) < addressOf(first) + static_cast<std::uint64_t>(targetBytes);
 }
 
-/// With target and texture locked. BitmapDestroyed for a level without a texel.
+/// With target and texture locked. BitmapDestroyed for either without pixels.
 Result drawLocked(TriangleJob& job, const Corners& corners, const Bitmap& target, const Bitmap& level,
                   const TriangleRequest& request) {
   const std::int64_t texelBytes = blockSize(level);
-  if (texelBytes < 2) return Result::BitmapDestroyed;
+  if (texelBytes < 2 || target.pixels == nullptr || level.pixels == nullptr) return Result::BitmapDestroyed;
   job.pixels = target.pixels;
   job.pitch = target.pitch;
   job.texels = level.pixels;
@@ -123,7 +123,7 @@ Result drawTriangle(const TriangleRequest& request) {
   Bitmap* target = nullptr;
   KX_TRY(renderTarget(&target, request.device));
   Bitmap* level = request.texture->levels[0];
-  KX_TRY(checkWritable(target, level));
+  if (level == nullptr) return Result::IllegalParameter;
   KX_TRY(checkTarget(*target));
 
   const ClipRect clip = clipRect(*request.device, *target);
@@ -138,10 +138,9 @@ Result drawTriangle(const TriangleRequest& request) {
   job.clipLeft = clip.left;
   job.clipRight = clip.right;
   job.clipTop = clip.top;
-
   // Settled: a failed lock of the texture leaves the target locked.
-  KX_TRY(lockPixels(target));
-  KX_TRY(lockPixels(level));
+  KX_TRY(lockOnly(target));
+  KX_TRY(lockOnly(level));
   KX_TRY(drawLocked(job, corners, *target, *level, request));
   const Result levelUnlocked = unlock(level);
   const Result targetUnlocked = unlock(target);
