@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include <cstdint>
 
-#include "bitmap/locks.h"
 #include "bitmap/packed.h"
 #include "bitmap/view.h"
-#include "frame/checks.h"
+#include "draw/colour_formats.h"
+#include "draw/target.h"
 #include "frame/heap.h"
 #include "kxgraphic/draw.h"
 #include "pixel/access.h"
@@ -14,20 +14,10 @@ namespace kx {
 
 namespace {
 
-Result checkPoint(const Bitmap* bitmap, std::int32_t x, std::int32_t y) {
-  KX_TRY(checkWritable(bitmap));
-  return contains(*bitmap, x, y, 1, 1) ? Result::Ok : Result::CoordinateOutOfRange;
-}
-
-/// Locks a target and requires what drawing a point needs of it.
-Result lockTarget(Bitmap* bitmap) {
-  if (isBadWritePointer(bitmap->methods)) return Result::MethodTableDestroyed;
-  KX_TRY(lockPixels(bitmap));
-  if (hasRunLengthRows(bitmap->format) && isBadWritePointer(bitmap->rowTable)) return Result::BitmapDestroyed;
-  return Result::Ok;
-}
+bool isInside(const Bitmap* bitmap, std::int32_t x, std::int32_t y) { return contains(*bitmap, x, y, 1, 1); }
 
 Result readPackedPixel(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std::uint32_t& value) {
+  if (isBadWritePointer(bitmap.rowTable)) return Result::BitmapDestroyed;
   if (bytesPerPixel(bitmap.format) == 0) return Result::PackerTypeNotSupported;
   const HeapArray<std::uint8_t> row = makeHeapArray<std::uint8_t>(packedRowBytes(bitmap));
   if (!row) return Result::OutOfMemory;
@@ -37,26 +27,55 @@ Result readPackedPixel(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std
 }
 
 Result getPixel(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t& value) {
-  KX_TRY(checkPoint(bitmap, x, y));
-  KX_TRY(lockTarget(bitmap));
+  KX_TRY(checkWritable(bitmap));
+  if (!isInside(bitmap, x, y)) return Result::CoordinateOutOfRange;
+  KX_TRY(checkMethods(bitmap));
+  KX_TRY(lockForDrawing(bitmap));
   if (hasRunLengthRows(bitmap->format)) {
     KX_TRY(readPackedPixel(*bitmap, x, y, value));
   } else {
     value = readPixel(rowAddress(*bitmap, y), bitmap->format, x);
   }
-  static_cast<void>(unlock(bitmap));
+  unlockAfterDrawing(bitmap);
   return Result::Ok;
 }
 
-Result setPixel(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour) {
-  KX_TRY(checkPoint(bitmap, x, y));
-  KX_TRY(lockTarget(bitmap));
-  if (hasRunLengthRows(bitmap->format)) {
-    KX_TRY(drawOnUnpacked(bitmap, [=](Bitmap* plain) { return setPixel(plain, x, y, colour); }));
-  } else {
-    writePixel(rowAddress(*bitmap, y), bitmap->format, x, colour);
+inline void plot(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, const Blend& blend) {
+  if (blend.hasDepth) {
+    std::uint8_t& stored = *pixelAddress(*blend.zBuffer, x, y);
+    if (!depthPasses(blend.z, stored)) return;
+    stored = static_cast<std::uint8_t>(blend.z);
   }
-  static_cast<void>(unlock(bitmap));
+  std::uint8_t* const row = rowAddress(bitmap, y);
+  if (blend.hasAlpha)
+    withByteFormat(bitmap.format, [&](auto format) {
+      colour = blendAlpha<decltype(format)>(colour, readPixel(row, bitmap.format, x),
+                                            static_cast<std::uint32_t>(blend.alpha));
+    });
+  writePixel(row, bitmap.format, x, colour);
+}
+
+/// Made once for each variant: points come by the million.
+template <bool HasAlpha, bool HasDepth>
+Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha = 0,
+                 Bitmap* zBuffer = nullptr, std::int32_t z = 0) {
+  const Blend blend{.hasAlpha = HasAlpha, .hasDepth = HasDepth, .alpha = alpha, .z = z, .zBuffer = zBuffer};
+  KX_TRY(checkBitmaps(bitmap, blend));
+  if (!isInside(bitmap, x, y)) return Result::CoordinateOutOfRange;
+  // Settled: points test the depth first, everything else the weight.
+  KX_TRY(checkDepth(blend));
+  KX_TRY(checkAlpha(blend));
+  KX_TRY(checkFormats(*bitmap, blend));
+  if (!depthCovers(blend, x, y, 1, 1)) return Result::CoordinateOutOfRange;
+  KX_TRY(checkMethods(bitmap, blend));
+  KX_TRY(lockForDrawing(bitmap, blend));
+  if (hasRunLengthRows(bitmap->format)) {
+    KX_TRY(drawOnUnpacked(
+        bitmap, [=](Bitmap* plain) { return drawPoint<HasAlpha, HasDepth>(plain, x, y, colour, alpha, zBuffer, z); }));
+  } else {
+    plot(*bitmap, x, y, colour, blend);
+  }
+  unlockAfterDrawing(bitmap, blend);
   return Result::Ok;
 }
 
@@ -72,5 +91,20 @@ std::uint32_t KX_CALL KX_getPixel(Bitmap* bitmap, std::int32_t x, std::int32_t y
 }
 
 std::uint32_t KX_CALL KX_setPixel(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour) {
-  return kx::toCode(kx::setPixel(bitmap, x, y, colour));
+  return kx::toCode(kx::drawPoint<false, false>(bitmap, x, y, colour));
+}
+
+std::uint32_t KX_CALL KX_setPixelAlpha(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour,
+                                       std::int32_t alpha) {
+  return kx::toCode(kx::drawPoint<true, false>(bitmap, x, y, colour, alpha));
+}
+
+std::uint32_t KX_CALL KX_setPixelZBuffer(Bitmap* bitmap, Bitmap* zbuffer, std::int32_t x, std::int32_t y,
+                                         std::uint32_t colour, std::int32_t z) {
+  return kx::toCode(kx::drawPoint<false, true>(bitmap, x, y, colour, 0, zbuffer, z));
+}
+
+std::uint32_t KX_CALL KX_setPixelAlphaZBuffer(Bitmap* bitmap, Bitmap* zbuffer, std::int32_t x, std::int32_t y,
+                                              std::uint32_t colour, std::int32_t alpha, std::int32_t z) {
+  return kx::toCode(kx::drawPoint<true, true>(bitmap, x, y, colour, alpha, zbuffer, z));
 }
