@@ -13,15 +13,7 @@ struct Bytes32 {
   static constexpr std::uint32_t width = 32;
 
   static Register load(const std::uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
-  /// Each half of the register takes its own 48 bytes.
-  static Register loadThird(const std::uint8_t* p, int third) {
-    return _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(p + 48 + 16 * third),
-                               reinterpret_cast<const __m128i*>(p + 16 * third));
-  }
-  static void store(std::uint8_t* p, Register x) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), x); }
   static Register splat(std::uint8_t x) { return _mm256_set1_epi8(static_cast<char>(x)); }
-  static Register interleaveLow(Register x, Register y) { return _mm256_unpacklo_epi8(x, y); }
-  static Register highHalf(Register x) { return _mm256_unpackhi_epi64(x, x); }
   static Register add(Register x, Register y) { return _mm256_adds_epu8(x, y); }
   static Register subtract(Register x, Register y) { return _mm256_subs_epu8(x, y); }
   static Register either(Register x, Register y) { return _mm256_or_si256(x, y); }
@@ -41,8 +33,45 @@ struct Bytes32 {
   }
 };
 
+/// For 48 bytes in three registers: byte j of one of them, and of only one, belongs to a given channel. Chosen by
+/// `everyThird`, a channel's 16 bytes are in one register, and `order` sorts them. Twice, for both halves of a
+/// register.
+struct SplitTables {
+  std::uint8_t everyThird[3][32] = {};
+  std::uint8_t order[3][32] = {};
+
+  constexpr SplitTables() {
+    for (int channel = 0; channel < 3; ++channel)
+      for (int j = 0; j < 32; ++j) {
+        everyThird[channel][j] = j % 16 % 3 == channel ? 0xFF : 0;
+        order[channel][j] = static_cast<std::uint8_t>((3 * j + channel) % 16);
+      }
+  }
+};
+
+constexpr SplitTables splitTables;
+
+void splitAvx2(PalettePlanes* planes, const std::uint8_t* palette) {
+  std::uint8_t* const outputs[] = {planes->b, planes->g, planes->r};
+  for (int i = 0; i < 256; i += 32, palette += 96) {
+    __m256i thirds[3];
+    for (int k = 0; k < 3; ++k)
+      thirds[k] = _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(palette + 48 + 16 * k),
+                                      reinterpret_cast<const __m128i*>(palette + 16 * k));
+    for (int channel = 0; channel < 3; ++channel) {
+      const auto pick = [&](__m256i rest, int k) {
+        // Byte j of register k is byte 16 k + j of the 48, of channel (k + j) mod 3.
+        return _mm256_blendv_epi8(rest, thirds[k], Bytes32::load(splitTables.everyThird[(channel + 3 - k) % 3]));
+      };
+      const __m256i mixed = pick(pick(thirds[0], 1), 2);
+      const __m256i sorted = _mm256_shuffle_epi8(mixed, Bytes32::load(splitTables.order[channel]));
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(outputs[channel] + i), sorted);
+    }
+  }
+}
+
 }  // namespace
 
-NearestKernels nearestKernelsAvx2() { return {splitVector<Bytes32>, findVector<Bytes32, 0>}; }
+NearestKernels nearestKernelsAvx2() { return {splitAvx2, findVector<Bytes32, 0>}; }
 
 }  // namespace kx

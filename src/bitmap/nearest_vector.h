@@ -9,26 +9,6 @@ namespace kx {
 
 namespace {
 
-/// The perfect shuffle of 48 bytes (byte p goes to place 2p mod 47), done four times, takes triples of bytes apart.
-template <typename V>
-void splitVector(PalettePlanes* planes, const std::uint8_t* palette) {
-  for (std::uint32_t i = 0; i < 256; i += V::width, palette += 3 * V::width) {
-    auto a = V::loadThird(palette, 0);
-    auto b = V::loadThird(palette, 1);
-    auto c = V::loadThird(palette, 2);
-    for (int round = 0; round < 4; ++round) {
-      const auto even = V::interleaveLow(a, V::highHalf(b));
-      const auto middle = V::interleaveLow(V::highHalf(a), c);
-      c = V::interleaveLow(b, V::highHalf(c));
-      a = even;
-      b = middle;
-    }
-    V::store(planes->b + i, a);
-    V::store(planes->g + i, b);
-    V::store(planes->r + i, c);
-  }
-}
-
 /// Searches with distances in bytes: `Step` is how many times 255 is taken off the sum of three channels, which must be
 /// at least that for every entry. What lies beyond a byte counts as 255; if all do, the next step decides.
 template <typename V, int Step>
