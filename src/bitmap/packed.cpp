@@ -11,53 +11,14 @@
 #include "bitmap/view.h"
 #include "codec/run_length.h"
 #include "kxgraphic/bitmap.h"
-#include "kxgraphic/codec.h"
 
 namespace kx {
 
 namespace {
 
-/// The most by which the last packet of a row goes beyond the row.
-constexpr std::uint64_t longestOverrun = 127;
-
 std::uint64_t rowPixels(const Bitmap& bitmap) { return static_cast<std::uint64_t>(std::max(bitmap.width, 0)); }
 
-/// Walks the packets of row y until they give a row's pixels. `emit(pixels, count, isRun)` sees each of them.
-template <typename Emit>
-DecodedRow walkPackedRow(const Bitmap& bitmap, std::int32_t y, Emit emit) {
-  constexpr int filler = -128;
-  const std::uint64_t wanted = rowPixels(bitmap);
-  const std::uint32_t pixelBytes = bytesPerPixel(bitmap.format);
-  const std::uint8_t* const start = bitmap.pixels + bitmap.rowTable[y];
-  const std::uint8_t* packet = start;
-  std::uint64_t given = 0;
-  while (given < wanted) {
-    const int header = static_cast<std::int8_t>(*packet++);
-    if (header == filler) continue;
-    const bool isRun = header < 0;
-    const auto count = static_cast<std::uint32_t>(isRun ? 1 - header : 1 + header);
-    emit(packet, given, count, isRun);
-    given += count;
-    packet += std::size_t{pixelBytes} * (isRun ? 1 : count);
-  }
-  return {given, static_cast<std::uint64_t>(packet - start)};
-}
-
-/// Decodes into room for `room` pixels; what does not fit is cut.
-DecodedRow decodeInto(const Bitmap& bitmap, std::int32_t y, std::uint8_t* row, std::uint64_t room) {
-  const std::uint32_t pixelBytes = bytesPerPixel(bitmap.format);
-  return walkPackedRow(bitmap, y,
-                       [=](const std::uint8_t* source, std::uint64_t given, std::uint64_t count, bool isRun) {
-                         const auto bytes = static_cast<std::size_t>(std::min(count, room - given) * pixelBytes);
-                         std::uint8_t* out = row + static_cast<std::size_t>(given * pixelBytes);
-                         if (!isRun)
-                           std::memcpy(out, source, bytes);
-                         else if (pixelBytes == 1)
-                           std::memset(out, *source, bytes);
-                         else
-                           for (std::size_t i = 0; i < bytes; i += pixelBytes) std::memcpy(out + i, source, pixelBytes);
-                       });
-}
+const std::uint8_t* packedRow(const Bitmap& bitmap, std::int32_t y) { return bitmap.pixels + bitmap.rowTable[y]; }
 
 /// The new blocks of a target that is being packed.
 struct PackedImage {
@@ -66,17 +27,17 @@ struct PackedImage {
 };
 
 Result encode(PackedImage& image, const Bitmap& source) {
+  const auto width = static_cast<std::uint32_t>(rowPixels(source));
   const auto height = static_cast<std::uint32_t>(std::max(source.height, 0));
   const std::uint32_t pixelBytes = bytesPerPixel(source.format);
-  const std::uint64_t longestRow = packedBound(rowPixels(source), pixelBytes);
-  const HeapArray<std::uint8_t> work = makeHeapArray<std::uint8_t>(longestRow * height);
+  const HeapArray<std::uint8_t> work = makeHeapArray<std::uint8_t>(packedBound(width, pixelBytes) * height);
   image.rowTable = makeHeapArray<std::uint32_t>(height);
   if (!work || !image.rowTable) return Result::OutOfMemory;
-  std::uint32_t total = 0;
+  std::size_t total = 0;
   for (std::uint32_t y = 0; y < height; ++y) {
-    image.rowTable[y] = total;
-    total += RLE_compressWords(work.get() + total, rowAddress(source, static_cast<std::int32_t>(y)),
-                               static_cast<std::uint32_t>(rowPixels(source)), pixelBytes);
+    image.rowTable[y] = static_cast<std::uint32_t>(total);
+    const std::uint8_t* row = rowAddress(source, static_cast<std::int32_t>(y));
+    total += packElements(work.get() + total, row, width, pixelBytes);
   }
   image.pixels = makeHeapArray<std::uint8_t>(std::uint64_t{total} + 1);
   if (!image.pixels) return Result::OutOfMemory;
@@ -87,15 +48,19 @@ Result encode(PackedImage& image, const Bitmap& source) {
 }  // namespace
 
 std::uint64_t packedRowBytes(const Bitmap& bitmap) {
-  return (rowPixels(bitmap) + longestOverrun) * bytesPerPixel(bitmap.format);
+  return (rowPixels(bitmap) + longestPacket - 1) * bytesPerPixel(bitmap.format);
 }
 
 DecodedRow decodePackedRow(const Bitmap& bitmap, std::int32_t y, std::uint8_t* row) {
-  return decodeInto(bitmap, y, row, rowPixels(bitmap) + longestOverrun);
+  const Unpacked unpacked =
+      unpackPackets(row, rowPixels(bitmap), packedRow(bitmap, y), unlimitedSource, bytesPerPixel(bitmap.format));
+  return {unpacked.elements, unpacked.sourceBytes};
 }
 
 std::uint64_t packedRowLength(const Bitmap& bitmap, std::int32_t y) {
-  return walkPackedRow(bitmap, y, [](const std::uint8_t*, std::uint64_t, std::uint32_t, bool) {}).packedBytes;
+  RunReader reader(packedRow(bitmap, y), unlimitedSource, bytesPerPixel(bitmap.format));
+  for (std::uint64_t given = 0; given < rowPixels(bitmap); given += reader.count()) reader.next();
+  return reader.used();
 }
 
 Result unpack(Bitmap** result, Bitmap* source) {
@@ -106,7 +71,9 @@ Result unpack(Bitmap** result, Bitmap* source) {
   KX_TRY(fromCode(KX_createBitmap(&plain, source->width, source->height, formatCode(source->format), source->extra1,
                                   source->extra2, ownBitmapMethods())));
   KX_TRY(lockOnly(plain));
-  for (std::int32_t y = 0; y < source->height; ++y) decodeInto(*source, y, rowAddress(*plain, y), rowPixels(*source));
+  for (std::int32_t y = 0; y < source->height; ++y)
+    unpackElements(rowAddress(*plain, y), rowPixels(*source), packedRow(*source, y), unlimitedSource,
+                   bytesPerPixel(source->format));
   if (plain->palette != nullptr && source->palette != nullptr)
     std::memcpy(plain->palette, source->palette, paletteBytes);
   *result = plain;
