@@ -4,10 +4,6 @@
 
 namespace kxtest {
 
-namespace {
-constexpr std::size_t guardBytes = 64;
-}
-
 BitmapMethods* bitmapMethods() {
   static BitmapMethods methods;
   static const bool filled = KX_getBitmapInterface(&methods, nullptr, nullptr, 0) != 0;
@@ -20,7 +16,9 @@ DeviceMethods* deviceMethods() {
   return filled ? &methods : nullptr;
 }
 
-GuardedImage::GuardedImage(std::uint32_t format, std::int32_t width, std::int32_t height, Random& random) {
+GuardedImage::GuardedImage(std::uint32_t format, std::int32_t width, std::int32_t height, Random& random,
+                           std::size_t guardBytes)
+    : guardBytes_(guardBytes) {
   record.methods = bitmapMethods();
   record.version = 0x10000;
   record.width = width;
@@ -34,13 +32,13 @@ GuardedImage::GuardedImage(std::uint32_t format, std::int32_t width, std::int32_
 
 Bitmap GuardedImage::over(std::vector<std::uint8_t>& other) const {
   Bitmap copy = record;
-  copy.pixels = other.data() + guardBytes;
+  copy.pixels = other.data() + guardBytes_;
   return copy;
 }
 
 Scene::Scene(std::uint32_t format, std::int32_t width, std::int32_t height, std::int32_t textureWidth,
              std::int32_t textureHeight, Random& random)
-    : target(format, width, height, random), level(format, textureWidth, textureHeight, random) {
+    : target(format, width, height, random), level(format, textureWidth, textureHeight, random, 0) {
   device.methods = deviceMethods();
   device.version = 0x10000;
   device.clipRight = width - 1;
