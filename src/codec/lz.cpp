@@ -55,7 +55,7 @@ private:
   unsigned bits_ = 0;
 };
 
-/// Where the strings that end in each byte lie in the encoder's table: fixed, far apart and without pattern.
+/// Where the strings that end in each byte lie in the encoder's hash table: fixed, far apart and without pattern.
 constexpr std::array<std::uint32_t, 256> makeSpread() {
   std::array<std::uint32_t, 256> spread{};
   std::uint32_t state = 0x9E3779B9;
@@ -70,48 +70,74 @@ constexpr std::array<std::uint32_t, 256> makeSpread() {
 
 constexpr std::array<std::uint32_t, 256> spread = makeSpread();
 
-/// The encoder's dictionary: a hash table from (prefix code, byte) to code.
+/// The encoder's dictionary: from a prefix code and a byte to the code of that string.
 ///
-/// The place of a string is twice its prefix code plus a constant of its byte. So the strings of a long run lie side by
-/// side, and finding the next one costs an addition and a read, which plain chains per prefix cannot undercut; and
-/// different bytes do not meet. Clearing is free: slots of an older generation count as empty.
+/// Each code knows the youngest string that goes on from it, which is one read; that is all it takes in repetitive
+/// data. Older ones are in a hash table. So no input is slower than with chains per prefix, youngest first, and inputs
+/// with long chains are many times faster. Slots are small, as the time goes into cache misses.
 class StringTable {
 public:
-  struct Place {
-    std::uint32_t code;  ///< of the string, or 0 when it is not in the table
-    std::size_t slot;    ///< where it goes then
-  };
-
   /// For an input of `count` bytes, which can make no more strings than that.
   explicit StringTable(std::uint32_t count)
       : size_(std::bit_ceil(std::max<std::size_t>(2 * std::size_t{std::min(count, entryLimit)}, 16))),
-        slots_(makeHeapArray<std::uint64_t>(size_)) {
-    if (slots_ != nullptr) std::fill_n(slots_.get(), size_, 0);
+        youngest_(makeHeapArray<std::uint32_t>(codeLimit)),
+        older_(makeHeapArray<std::uint32_t>(size_)),
+        bytes_(makeHeapArray<std::uint8_t>(codeLimit)) {
+    if (made()) clear();
   }
 
-  [[nodiscard]] bool made() const { return slots_ != nullptr; }
+  [[nodiscard]] bool made() const { return youngest_ != nullptr && older_ != nullptr && bytes_ != nullptr; }
 
-  [[nodiscard]] Place find(std::uint32_t prefix, std::uint8_t byte) const {
-    const std::uint64_t key = generation_ << 24 | prefix << 8 | byte;
-    std::size_t slot = (2 * prefix + spread[byte]) & (size_ - 1);
-    for (std::size_t step = 1;; ++step) {
-      const std::uint64_t content = slots_[slot];
-      if (content >> 16 == key) return {static_cast<std::uint32_t>(content & 0xFFFF), slot};
-      if (content >> 40 != generation_) return {0, slot};
-      slot = (slot + step) & (size_ - 1);
+  void clear() {
+    std::fill_n(youngest_.get(), firstEntry, noString);
+    std::fill_n(older_.get(), size_, 0);
+  }
+
+  /// The code of a string, or 0.
+  [[nodiscard]] std::uint32_t find(std::uint32_t prefix, std::uint8_t byte) const {
+    const std::uint32_t youngest = youngest_[prefix];
+    if (((youngest & ~hasOlder) >> 16) == byte) return youngest & 0xFFFF;
+    if ((youngest & hasOlder) == 0) return 0;
+    for (Probe probe(*this, prefix, byte);; probe.next()) {
+      const std::uint32_t content = older_[probe.slot];
+      if (content == 0) return 0;
+      const std::uint32_t code = content & 0xFFFF;
+      if (content >> 16 == prefix && bytes_[code] == byte) return code;
     }
   }
 
-  void insert(std::size_t slot, std::uint32_t prefix, std::uint8_t byte, std::uint32_t code) {
-    slots_[slot] = (generation_ << 24 | prefix << 8 | byte) << 16 | code;
+  /// Adds a string that is not there.
+  void insert(std::uint32_t prefix, std::uint8_t byte, std::uint32_t code) {
+    std::uint32_t& youngest = youngest_[prefix];
+    const bool grows = youngest != noString;
+    if (grows) {
+      const std::uint32_t oldCode = youngest & 0xFFFF;
+      Probe probe(*this, prefix, bytes_[oldCode]);
+      while (older_[probe.slot] != 0) probe.next();
+      older_[probe.slot] = prefix << 16 | oldCode;
+    }
+    youngest = (grows ? hasOlder : 0) | std::uint32_t{byte} << 16 | code;
+    youngest_[code] = noString;
+    bytes_[code] = byte;
   }
 
-  void clear() { ++generation_; }
-
 private:
-  std::size_t size_;  ///< a power of two, at least twice the strings held
-  HeapArray<std::uint64_t> slots_;
-  std::uint64_t generation_ = 1;  ///< 24 bits; the longest input clears less than 2^17 times
+  static constexpr std::uint32_t hasOlder = 0x80000000;
+  static constexpr std::uint32_t noString = 0x7FFF0000;
+
+  /// The places in the hash table where a string may be, nearest first.
+  struct Probe {
+    Probe(const StringTable& table, std::uint32_t prefix, std::uint8_t byte)
+        : mask(table.size_ - 1), slot((2 * prefix + spread[byte]) & mask) {}
+    void next() { slot = (slot + ++step) & mask; }
+
+    std::size_t mask, slot, step = 0;
+  };
+
+  std::size_t size_;                   ///< of the hash table: a power of two, at least twice the strings held
+  HeapArray<std::uint32_t> youngest_;  ///< by prefix: hasOlder, byte << 16, code; or noString
+  HeapArray<std::uint32_t> older_;     ///< hash table: prefix << 16, code; or 0
+  HeapArray<std::uint8_t> bytes_;      ///< the last byte of each code's string
 };
 
 std::uint32_t compress(std::uint8_t* dst, const std::uint8_t* src, std::uint32_t count) {
@@ -129,14 +155,13 @@ std::uint32_t compress(std::uint8_t* dst, const std::uint8_t* src, std::uint32_t
   std::uint32_t code = src[0];
   for (std::uint32_t i = 1; i < count; ++i) {
     const std::uint8_t byte = src[i];
-    const StringTable::Place place = strings.find(code, byte);
-    if (place.code != 0) {
-      code = place.code;
+    if (const std::uint32_t longer = strings.find(code, byte); longer != 0) {
+      code = longer;
       continue;
     }
     writer.put(code, width);
     if (nextCode < codeLimit) {
-      strings.insert(place.slot, code, byte, nextCode);
+      strings.insert(code, byte, nextCode);
       width = widthOf(nextCode);
       ++nextCode;
     } else {
