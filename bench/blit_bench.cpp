@@ -1,0 +1,220 @@
+// The blit workloads, and the library's own rows.
+// SPDX-License-Identifier: MIT
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "blits.h"
+#include "kxgraphic/kxgraphic.h"
+
+namespace kxbench {
+
+namespace {
+
+constexpr std::uint32_t grey = KX_FORMAT_GREY, indexed = KX_FORMAT_PALETTE, rgb15 = KX_FORMAT_555,
+                        rgb16 = KX_FORMAT_565, rgb24 = KX_FORMAT_888;
+
+std::vector<Move> wholeFrame() {
+  const Rectangle frame{0, 0, frameWidth, frameHeight};
+  return {{frame, frame}};
+}
+
+std::vector<Move> sprites() {
+  std::vector<Move> moves;
+  for (const Point at : makeSpritePositions())
+    moves.push_back({{at.x, at.y, spriteSize, spriteSize}, {0, 0, spriteSize, spriteSize}});
+  return moves;
+}
+
+std::vector<Move> stretch(std::int32_t sourceWidth, std::int32_t sourceHeight, std::int32_t width,
+                          std::int32_t height) {
+  return {{{0, 0, width, height}, {0, 0, sourceWidth, sourceHeight}}};
+}
+
+/// Appends a workload for each format, its name ending in the depth.
+class Works {
+public:
+  void add(const char* name, std::initializer_list<std::uint32_t> formats, const BlitWork& like) {
+    for (const std::uint32_t format : formats) {
+      BlitWork work = like;
+      work.name = std::string(name) + '.' + depthName(format);
+      work.target = format;
+      if (work.source != indexed) work.source = format;
+      works_.push_back(std::move(work));
+    }
+  }
+  std::vector<BlitWork> take() { return std::move(works_); }
+
+private:
+  std::vector<BlitWork> works_;
+};
+
+std::vector<BlitWork> makeWorks() {
+  Works works;
+  BlitWork frame{};
+  frame.moves = wholeFrame();
+  const auto like = [](BlitWork work, bool keyed, Blend blend = Blend::None, std::int32_t alpha = 0,
+                       AlphaKind map = AlphaKind::Mix) {
+    work.keyed = keyed;
+    work.blend = blend;
+    work.alpha = alpha;
+    work.map = map;
+    return work;
+  };
+  works.add("a.copy", {rgb16, rgb15, rgb24, grey}, frame);
+  works.add("a.key", {rgb16, rgb15, rgb24, grey}, like(frame, true));
+  works.add("d.alpha128", {rgb16, rgb15, rgb24, grey}, like(frame, false, Blend::Constant, 128));
+  works.add("d.alpha100", {rgb16, rgb15}, like(frame, false, Blend::Constant, 100));
+  works.add("e.amap_rand", {rgb16, rgb15, rgb24, grey}, like(frame, false, Blend::Map, 0, AlphaKind::Random));
+  works.add("e.amap_mix", {rgb16, rgb24}, like(frame, false, Blend::Map, 0, AlphaKind::Mix));
+  works.add("e.amap_zero", {rgb16}, like(frame, false, Blend::Map, 0, AlphaKind::Zero));
+  works.add("e.amap_full", {rgb16}, like(frame, false, Blend::Map, 0, AlphaKind::Full));
+
+  BlitWork sprite{};
+  sprite.width = sprite.height = spriteSize;
+  sprite.moves = sprites();
+  works.add("b.copy", {rgb16, rgb24, grey}, sprite);
+  works.add("b.key", {rgb16, rgb15, rgb24, grey}, like(sprite, true));
+  works.add("b.alpha128", {rgb16, rgb24}, like(sprite, false, Blend::Constant, 128));
+  works.add("b.keyalpha128", {rgb16, rgb15, rgb24}, like(sprite, true, Blend::Constant, 128));
+  works.add("b.amap_mix", {rgb16, rgb15, rgb24}, like(sprite, false, Blend::Map));
+  sprite.source = indexed;
+  works.add("b.pal8key", {rgb16}, like(sprite, true));
+
+  BlitWork palettised = frame;
+  palettised.source = indexed;
+  works.add("f.pal8", {rgb16, rgb24}, palettised);
+  works.add("f.pal8key", {rgb16, rgb24}, like(palettised, true));
+
+  BlitWork up{};
+  up.width = 320;
+  up.height = 240;
+  up.moves = stretch(320, 240, frameWidth, frameHeight);
+  works.add("c.up", {rgb16, rgb24, grey}, up);
+  works.add("c.upkey", {rgb16, rgb24}, like(up, true));
+  works.add("c.upalpha128", {rgb16}, like(up, false, Blend::Constant, 128));
+  BlitWork down{};
+  down.moves = stretch(frameWidth, frameHeight, 213, 160);
+  works.add("c.down", {rgb16, rgb24, grey}, down);
+  works.add("c.downkey", {rgb16}, like(down, true));
+
+  const auto deep = [](BlitWork work, Depth depth) {
+    work.depth = depth;
+    return work;
+  };
+  works.add("g.copyz", {rgb16}, deep(frame, Depth::Buffer));
+  works.add("g.copyzkey", {rgb16}, deep(like(frame, true), Depth::Buffer));
+  works.add("g.copyzalpha128", {rgb16}, deep(like(frame, false, Blend::Constant, 128), Depth::Buffer));
+  works.add("g.copyzamap_mix", {rgb16}, deep(like(frame, false, Blend::Map), Depth::Buffer));
+  works.add("g.copyzmap", {rgb16}, deep(frame, Depth::Map));
+  works.add("g.copyzmapkey", {rgb16}, deep(like(frame, true), Depth::Map));
+  return works.take();
+}
+
+void require(std::uint32_t code, const char* what) {
+  if (code == 0) return;
+  std::fprintf(stderr, "%s: code %#x\n", what, code);
+  std::abort();
+}
+
+struct Delete {
+  void operator()(Bitmap* bitmap) const { KX_deleteBitmap(bitmap); }
+};
+using OwnedBitmap = std::unique_ptr<Bitmap, Delete>;
+
+BitmapMethods* methods() {
+  static BitmapMethods table = [] {
+    BitmapMethods made;
+    KX_getBitmapInterface(&made, nullptr, nullptr, 1);
+    return made;
+  }();
+  return &table;
+}
+
+OwnedBitmap makeBitmap(Picture picture) {
+  Bitmap* bitmap = nullptr;
+  require(KX_createBitmap(&bitmap, picture.width(), picture.height(), picture.format(), 0, 0, methods()), "create");
+  for (std::int32_t y = 0; y < picture.height(); ++y)
+    std::memcpy(bitmap->pixels + std::ptrdiff_t{y} * bitmap->pitch, picture.row(y),
+                static_cast<std::size_t>(picture.width() * picture.pixelBytes()));
+  if (picture.format() == indexed) require(KX_setPalette(bitmap, makePalette().data()), "palette");
+  return OwnedBitmap(bitmap);
+}
+
+/// A workload's bitmaps and the call that its variant needs.
+struct OwnBlit {
+  explicit OwnBlit(const BlitWork& given)
+      : work(given), target(makeBitmap(work.makeTarget())), source(makeBitmap(work.makeSource())) {
+    if (work.blend == Blend::Map) map = makeBitmap(makeAlphaMap(work.map, work.width, work.height));
+    if (work.depth != Depth::None) zBuffer = makeBitmap(makeZBuffer());
+    if (work.depth == Depth::Map) zMap = makeBitmap(makeZMap());
+  }
+
+  std::uint32_t call(const Move& m) const {
+    const Rectangle &t = m.to, &s = m.from;
+    Bitmap *d = target.get(), *p = source.get(), *z = zBuffer.get();
+    constexpr std::int32_t depth = 128;
+    if (work.stretches()) {
+      if (work.blend == Blend::Constant)
+        return KX_bltStretchAlpha(d, t.x, t.y, t.width, t.height, p, s.x, s.y, s.width, s.height, work.alpha);
+      const auto blit = work.keyed ? KX_bltStretchTransparent : KX_bltStretch;
+      return blit(d, t.x, t.y, t.width, t.height, p, s.x, s.y, s.width, s.height);
+    }
+    if (work.depth == Depth::Map) {
+      const auto blit = work.keyed ? KX_bltCopyTransparentZMap : KX_bltCopyZMap;
+      return blit(d, z, t.x, t.y, p, s.x, s.y, t.width, t.height, zMap.get(), 0);
+    }
+    if (work.depth == Depth::Buffer) {
+      if (work.blend == Blend::Constant)
+        return KX_bltCopyAlphaZBuffer(d, z, t.x, t.y, p, s.x, s.y, t.width, t.height, work.alpha, depth);
+      if (work.blend == Blend::Map)
+        return KX_bltCopyAlphamapZBuffer(d, z, t.x, t.y, p, s.x, s.y, t.width, t.height, map.get(), depth);
+      const auto blit = work.keyed ? KX_bltCopyTransparentZBuffer : KX_bltCopyZBuffer;
+      return blit(d, z, t.x, t.y, p, s.x, s.y, t.width, t.height, depth);
+    }
+    if (work.blend == Blend::Map) return KX_bltCopyAlphamap(d, t.x, t.y, p, s.x, s.y, t.width, t.height, map.get());
+    if (work.blend == Blend::Constant) {
+      const auto blit = work.keyed ? KX_bltCopyTransparentAlpha : KX_bltCopyAlpha;
+      return blit(d, t.x, t.y, p, s.x, s.y, t.width, t.height, work.alpha);
+    }
+    const auto blit = work.keyed ? KX_bltCopyTransparent : KX_bltCopy;
+    return blit(d, t.x, t.y, p, s.x, s.y, t.width, t.height);
+  }
+
+  const BlitWork& work;
+  OwnedBitmap target, source, map, zBuffer, zMap;
+};
+
+const Group own([](std::vector<Row>& rows) {
+  addBlits(
+      rows, "kx", [](const BlitWork&) { return true; },
+      [](const BlitWork& work) -> std::function<void()> {
+        return [blit = std::make_shared<OwnBlit>(work)] {
+          for (const Move& move : blit->work.moves) require(blit->call(move), blit->work.name.c_str());
+        };
+      });
+});
+
+}  // namespace
+
+const std::vector<BlitWork>& blitWorks() {
+  static const std::vector<BlitWork> works = makeWorks();
+  return works;
+}
+
+void addBlits(std::vector<Row>& rows, const char* contender, bool (*can)(const BlitWork& work), Prepare prepare) {
+  for (const BlitWork& work : blitWorks()) {
+    if (!can(work)) continue;
+    std::int64_t pixels = 0;
+    for (const Move& move : work.moves) pixels += std::int64_t{move.to.width} * move.to.height;
+    const std::int64_t pixelBytes = Picture(work.target, 1, 1).pixelBytes();
+    rows.push_back({work.name, contender, pixels, pixels * pixelBytes,
+                    [&work, prepare, call = std::make_shared<std::function<void()>>()] {
+                      if (!*call) *call = prepare(work);
+                      (*call)();
+                    }});
+  }
+}
+
+}  // namespace kxbench

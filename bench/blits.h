@@ -1,0 +1,52 @@
+// The blit workloads (groups a to g) as data. A contender is a function that prepares one of them.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "pictures.h"
+#include "rows.h"
+#include "scenes.h"
+
+namespace kxbench {
+
+enum class Blend { None, Constant, Map };
+enum class Depth { None, Buffer, Map };
+
+/// One call: a rectangle of the source to one of the target.
+struct Move {
+  Rectangle to, from;
+};
+
+struct BlitWork {
+  std::string name;
+  std::uint32_t target, source;  ///< format codes
+  bool keyed = false;            ///< pixels of value 0 are skipped
+  Blend blend = Blend::None;
+  std::int32_t alpha = 0;          ///< Blend::Constant: weight of the target, 0 to 255
+  AlphaKind map = AlphaKind::Mix;  ///< Blend::Map
+  Depth depth = Depth::None;
+  std::int32_t width = frameWidth, height = frameHeight;  ///< of the source
+  std::vector<Move> moves = {};
+
+  /// All moves of a workload have the same sizes.
+  [[nodiscard]] bool stretches() const { return moves[0].to.width != moves[0].from.width; }
+  /// Colour ramps, with `key` outside the discs where the workload is keyed.
+  [[nodiscard]] Picture makeSource(std::uint32_t key = 0) const {
+    return keyed ? makeKeyedPicture(source, 1, width, height, key) : makePicture(source, 1, width, height, key);
+  }
+  [[nodiscard]] Picture makeTarget() const { return makePicture(target, 2); }
+};
+
+const std::vector<BlitWork>& blitWorks();
+
+/// Prepares a workload and gives the call that does all its moves.
+using Prepare = std::function<void()> (*)(const BlitWork& work);
+
+/// Rows of one contender: its preparation runs at the first call. `can` tells which workloads it takes part in.
+void addBlits(std::vector<Row>& rows, const char* contender, bool (*can)(const BlitWork& work), Prepare prepare);
+
+}  // namespace kxbench
