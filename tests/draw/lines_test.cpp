@@ -303,4 +303,34 @@ TEST(PatternLines, StampsAreCentredCutAndBlitted) {
   }
 }
 
+TEST(PatternLines, DrawWhatTheBlitsDraw) {
+  Random random(0xB17);
+  for (int round = 0; round < 60; ++round) {
+    const std::uint32_t storage = round % 2 != 0 ? 0x10 : 0;
+    Model model{6 | storage, 24, 15};
+    Model depths{3, 24, 15};
+    Model stamp{6, random.between(1, 9), random.between(1, 9)};
+    model.fillWithNoise(random);
+    depths.fillWithNoise(random);
+    stamp.fillWithNoise(random);
+    for (auto& value : stamp.values) value *= random.below(2);
+    const Image image(model);
+    const Image zBuffer(depths);
+    const Image pattern(stamp);
+    const int alpha = random.byte();
+    const int z = random.byte();
+    for (const Point& dot : dotsOf({2, 1}, {20, 14}, 3))
+      for (std::int32_t y = 0; y < stamp.height; ++y)
+        for (std::int32_t x = 0; x < stamp.width; ++x) {
+          const Point at{dot.x - stamp.width / 2 + x, dot.y - stamp.height / 2 + y};
+          if (at.x < 0 || at.y < 0 || at.x >= model.width || at.y >= model.height || stamp.at(x, y) == 0) continue;
+          kxtest::plot(model, at.x, at.y, {.colour = stamp.at(x, y), .alpha = alpha, .depths = &depths, .z = z});
+        }
+    ASSERT_EQ(0u, KX_drawPatternLineTransparentAlphaZBuffer(image, zBuffer, 2, 1, 20, 14, 3, pattern, alpha, z));
+    ASSERT_EQ(model.values, image.values()) << "round " << round;
+    ASSERT_EQ(depths.values, zBuffer.values());
+    ASSERT_EQ(0u, image->lockCount + pattern->lockCount + zBuffer->lockCount);
+  }
+}
+
 }  // namespace
