@@ -99,7 +99,7 @@ TEST(Packed, ARowCodeThatGoesBeyondTheWidthStaysInItsRow) {
   EXPECT_EQ(6, plain->pixels[plain->pitch + 129]);
   kx::discardUnpacked(plain);
 
-  std::vector<std::uint8_t> row(kx::packedRowBytes(*bitmap));
+  std::vector<std::uint8_t> row(static_cast<std::size_t>(kx::packedRowBytes(*bitmap)));
   const kx::DecodedRow decoded = kx::decodePackedRow(*bitmap, 1, row.data());
   EXPECT_EQ(256u, decoded.pixels);
   EXPECT_EQ(4u, decoded.packedBytes);
