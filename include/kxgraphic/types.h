@@ -33,21 +33,17 @@ typedef struct Texture Texture;
 typedef struct Camera Camera;
 typedef struct Landscape Landscape;
 
-/** Format codes: the low four bits of a format word. */
+/** Format words: a format code in the low four bits, the kind of storage in bits 4 and 5. */
 enum KxFormat {
   KX_FORMAT_MONO = 0,    /**< one bit per pixel, the leftmost pixel in the most significant bit */
   KX_FORMAT_GREY = 3,    /**< eight bits, one intensity; also alpha maps, Z buffers and Z maps */
   KX_FORMAT_PALETTE = 4, /**< eight bits, an index into the bitmap's palette */
   KX_FORMAT_555 = 5,     /**< sixteen bits: red in bits 10-14, green 5-9, blue 0-4 */
   KX_FORMAT_565 = 6,     /**< sixteen bits: red in bits 11-15, green 5-10, blue 0-4 */
-  KX_FORMAT_888 = 7      /**< three bytes in memory order blue, green, red */
-};
-
-/** Parts of a format word. */
-enum KxFormatBits {
+  KX_FORMAT_888 = 7,     /**< three bytes in memory order blue, green, red */
   KX_FORMAT_CODE_MASK = 0x0F,
-  KX_STORAGE_MASK = 0x30,
-  KX_STORAGE_PACKED = 0x10 /**< rows are run-length coded and reached through the row table */
+  KX_STORAGE_PACKED = 0x10, /**< or'ed to a code: rows are run-length coded and reached through the row table */
+  KX_STORAGE_MASK = 0x30
 };
 
 /** Bits of Bitmap.flags: a set bit marks a block that belongs to somebody else and is never freed. */
