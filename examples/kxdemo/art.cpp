@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "art.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace demo {
+
+namespace {
+
+/// Brightness 0.0 to 1.0 of a ball of radius 1 lit from the upper left, or below 0 outside it.
+double ballLight(double x, double y) {
+  const double squared = x * x + y * y;
+  if (squared > 1) return -1;
+  const double z = std::sqrt(1 - squared);
+  const double diffuse = std::max(0.0, (-x * 0.55 - y * 0.6 + z * 0.6));
+  const double shine = std::pow(std::max(0.0, -x * 0.4 - y * 0.45 + z * 0.8), 24);
+  return std::min(1.0, 0.12 + 0.62 * diffuse + 0.5 * shine);
+}
+
+/// From -1 to 1 across the picture.
+double place(int pixel, int size) { return (pixel + 0.5) * 2 / size - 1; }
+
+/// A channel at a brightness: black, then the colour, then white.
+unsigned lit(unsigned channel, double light) {
+  const double base = std::min(1.0, light * 1.45) * channel;
+  const double white = std::max(0.0, light - 0.7) / 0.3;
+  return static_cast<unsigned>(std::clamp(base + (255 - base) * white * white, 0.0, 255.0));
+}
+
+template <typename Pixel>
+Image drawn(int width, int height, std::uint32_t format, Pixel pixel) {
+  Image image = makeImage(width, height, format);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x)
+      if (const std::uint32_t value = pixel(x, y); value != 0) KX_CHECK(KX_setPixel(image.get(), x, y, value));
+  return image;
+}
+
+}  // namespace
+
+Image makeBall(int size, std::uint32_t format, Rgb colour) {
+  return drawn(size, size, format, [&](int x, int y) {
+    const double light = ballLight(place(x, size), place(y, size));
+    if (light < 0) return 0U;
+    return std::max(1U, KX_toRGB(format, lit(colour.red, light), lit(colour.green, light), lit(colour.blue, light)));
+  });
+}
+
+IndexedBall::IndexedBall(int size, Rgb colour)
+    : image_(drawn(size, size, KX_FORMAT_PALETTE, [&](int x, int y) {
+        const double light = ballLight(place(x, size), place(y, size));
+        return light < 0 ? 0U : 1 + static_cast<unsigned>(light * 62);
+      })) {
+  for (unsigned i = 0; i < 64; ++i) {
+    palette_[i * 3] = static_cast<std::uint8_t>(lit(colour.blue, i / 63.0));
+    palette_[i * 3 + 1] = static_cast<std::uint8_t>(lit(colour.green, i / 63.0));
+    palette_[i * 3 + 2] = static_cast<std::uint8_t>(lit(colour.red, i / 63.0));
+  }
+  // A translation of the program's own keeps all six bits of green.
+  void* table = nullptr;
+  KX_CHECK(KX_createCachedPalette(&table, palette_.data(), KX_FORMAT_565));
+  table16_.reset(static_cast<std::uint16_t*>(table));
+  KX_CHECK(KX_setPaletteReference(image_.get(), palette_.data(), nullptr, table16_.get(), nullptr));
+}
+
+Image makeBallDepth(int size, int nearest) {
+  return drawn(size, size, KX_FORMAT_GREY, [&](int x, int y) {
+    const double squared = std::pow(place(x, size), 2) + std::pow(place(y, size), 2);
+    if (squared > 1) return 255U;
+    return static_cast<unsigned>(std::min(255.0, nearest + (1 - std::sqrt(1 - squared)) * size / 2));
+  });
+}
+
+Image makeSoftDisc(int width, int height) {
+  return drawn(width, height, KX_FORMAT_GREY, [&](int x, int y) {
+    const double distance = std::hypot(place(x, width), place(y, height));
+    return static_cast<unsigned>(std::clamp((distance - 0.55) * 2.3, 0.0, 1.0) * 255);
+  });
+}
+
+Image makeStone(int size, std::uint32_t format) {
+  return drawn(size, size, format, [&](int x, int y) {
+    const int cell = size / 8;
+    const bool light = (x / cell + y / cell) % 2 == 0;
+    const bool joint = x % cell == 0 || y % cell == 0;
+    const auto grain = static_cast<unsigned>((x * 37 + y * 59 + x * y * 13) % 23);
+    const unsigned base = joint ? 60 : light ? 196 : 116;
+    return KX_toRGB(format, base + grain, base + grain - 12, base / 2 + grain + 20);
+  });
+}
+
+}  // namespace demo
