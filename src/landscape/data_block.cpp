@@ -78,12 +78,12 @@ Result convertToData(const Landscape* landscape, void** outData, std::uint32_t* 
 
   std::uint8_t* data = block.get();
   std::memcpy(data, &header, sizeof header);
-  std::memcpy(data + at.heights, landscape->heightMap, at.lights - at.heights);
-  std::memcpy(data + at.lights, landscape->lightMap, at.textures - at.lights);
-  std::memcpy(data + at.textures, landscape->textureMap, at.parameters - at.textures);
+  std::memcpy(data + at.heights, landscape->heightMap, asSize(at.lights - at.heights));
+  std::memcpy(data + at.lights, landscape->lightMap, asSize(at.textures - at.lights));
+  std::memcpy(data + at.textures, landscape->textureMap, asSize(at.parameters - at.textures));
   if (landscape->textureCount > 0) {
-    std::memcpy(data + at.parameters, landscape->textureParameters, at.flags - at.parameters);
-    std::memcpy(data + at.flags, landscape->textureFlags, at.values - at.flags);
+    std::memcpy(data + at.parameters, landscape->textureParameters, asSize(at.flags - at.parameters));
+    std::memcpy(data + at.flags, landscape->textureFlags, asSize(at.values - at.flags));
   }
   for (std::int32_t i = 0; i < landscape->textureCount; ++i) {
     const TextureRef* texture = findTexture(textures, textureCount, landscape->textureHandles[i]);
@@ -141,12 +141,12 @@ Result restore(Landscape& landscape, const Header& header, const std::uint8_t* b
   KX_TRY(fromCode(LS_setTextureCount(&landscape, header.textureCount)));
 
   const Sections at(header.width, header.height, header.colourLight, header.textureCount);
-  std::memcpy(landscape.heightMap, bytes + at.heights, at.lights - at.heights);
-  std::memcpy(landscape.lightMap, bytes + at.lights, at.textures - at.lights);
-  std::memcpy(landscape.textureMap, bytes + at.textures, at.parameters - at.textures);
+  std::memcpy(landscape.heightMap, bytes + at.heights, asSize(at.lights - at.heights));
+  std::memcpy(landscape.lightMap, bytes + at.lights, asSize(at.textures - at.lights));
+  std::memcpy(landscape.textureMap, bytes + at.textures, asSize(at.parameters - at.textures));
   if (header.textureCount > 0) {
-    std::memcpy(landscape.textureParameters, bytes + at.parameters, at.flags - at.parameters);
-    std::memcpy(landscape.textureFlags, bytes + at.flags, at.values - at.flags);
+    std::memcpy(landscape.textureParameters, bytes + at.parameters, asSize(at.flags - at.parameters));
+    std::memcpy(landscape.textureFlags, bytes + at.flags, asSize(at.values - at.flags));
   }
   for (std::int32_t i = 0; i < header.textureCount; ++i) {
     if (isBadWritePointer(reinterpret_cast<const void*>(textures[i].handle))) return Result::TextureNotFound;

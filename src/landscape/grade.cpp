@@ -95,7 +95,7 @@ Result gradeRound(Landscape* landscape, const RoundArea& area, std::int32_t rang
   KX_TRY(makeAreaMask(&mask, *landscape, area));
   const Measured masked = measureMasked(*landscape, mask.get());
   if (masked.flat()) return Result::Ok;
-  const std::size_t cells = cellCount(*landscape);
+  const std::size_t cells = asSize(cellCount(*landscape));
   // Settled: here the average is added back, where the rectangle's grading adds a base of the caller's.
   for (std::size_t cell = 0; cell < cells; ++cell)
     if (mask[cell] != 0)

@@ -12,7 +12,7 @@ namespace {
 
 Result clear(Landscape* landscape) {
   KX_TRY(checkWritable(landscape));
-  std::memset(landscape->heightMap, 0, cellCount(*landscape));
+  std::memset(landscape->heightMap, 0, asSize(cellCount(*landscape)));
   return Result::Ok;
 }
 
@@ -93,7 +93,7 @@ Result create(Landscape* landscape, std::uint32_t seed, const std::uint32_t* cor
 Result setOrigin(Landscape* landscape, std::uint32_t origin) {
   KX_TRY(checkWritable(landscape));
   std::uint8_t* heights = landscape->heightMap;
-  const std::size_t cells = cellCount(*landscape);
+  const std::size_t cells = asSize(cellCount(*landscape));
   int lowest = 255;
   int highest = 0;
   for (std::size_t i = 0; i < cells; ++i) {

@@ -82,9 +82,9 @@ Result create(Landscape** result, Device3D* device, std::int32_t width, std::int
   if (maps.heights) maps.lights = makeHeapArray<std::uint8_t>(cells * 3);
   if (maps.lights) maps.textures = makeHeapArray<std::uint16_t>(cells);
   if (!maps.complete()) return Result::OutOfMemory;
-  std::memset(maps.lights.get(), 0, cells * 3);
+  std::memset(maps.lights.get(), 0, asSize(cells * 3));
   // Settled: only the first half of the texture map is cleared; a texturing pass sets the rest.
-  std::memset(maps.textures.get(), 0, cells);
+  std::memset(maps.textures.get(), 0, asSize(cells));
   maps.moveInto(*landscape);
   *result = landscape.release();
   return Result::Ok;
@@ -127,10 +127,10 @@ Result clone(Landscape** result, const Landscape* source) {
   if (maps.heights) maps.textures = makeHeapArray<std::uint16_t>(cells);
   if (maps.textures) maps.lights = makeHeapArray<std::uint8_t>(cells * resizedLightBytes(source->colourLight));
   if (!maps.complete()) return Result::OutOfMemory;
-  std::memcpy(maps.heights.get(), source->heightMap, cells);
-  std::memcpy(maps.textures.get(), source->textureMap, cells * 2);
-  std::memset(maps.lights.get(), 0, cells * resizedLightBytes(source->colourLight));
-  std::memcpy(maps.lights.get(), source->lightMap, cells * storedLightBytes(source->colourLight));
+  std::memcpy(maps.heights.get(), source->heightMap, asSize(cells));
+  std::memcpy(maps.textures.get(), source->textureMap, asSize(cells * 2));
+  std::memset(maps.lights.get(), 0, asSize(cells * resizedLightBytes(source->colourLight)));
+  std::memcpy(maps.lights.get(), source->lightMap, asSize(cells * storedLightBytes(source->colourLight)));
 
   maps.moveInto(*copy);
   if (source->textureCount > 0) table.moveInto(*copy);

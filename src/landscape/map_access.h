@@ -21,6 +21,9 @@ inline std::size_t cellIndex(const Landscape& landscape, std::int64_t x, std::in
   return static_cast<std::size_t>(y * landscape.width + x);
 }
 
+/// Bytes of memory that exist, so that they fit the address space.
+inline std::size_t asSize(std::uint64_t bytes) { return static_cast<std::size_t>(bytes); }
+
 /// Bytes of light a cell keeps in clones and data blocks: red, green, blue, or one intensity.
 inline unsigned storedLightBytes(std::uint32_t colourLight) { return colourLight == 1 ? 3 : 1; }
 

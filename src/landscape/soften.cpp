@@ -19,7 +19,7 @@ public:
       : landscape_(landscape),
         heights_(makeHeapArray<std::uint8_t>(cellCount(landscape))),
         sums_(makeHeapArray<std::uint16_t>(static_cast<std::uint64_t>(landscape.width) + 2)) {
-    if (complete()) std::memcpy(heights_.get(), landscape.heightMap, cellCount(landscape));
+    if (complete()) std::memcpy(heights_.get(), landscape.heightMap, asSize(cellCount(landscape)));
   }
 
   [[nodiscard]] bool complete() const { return heights_ && sums_; }
