@@ -1,12 +1,9 @@
 // The blit workloads, and the library's own rows.
 // SPDX-License-Identifier: MIT
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 
 #include "blits.h"
-#include "kxgraphic/kxgraphic.h"
+#include "own_bitmaps.h"
 
 namespace kxbench {
 
@@ -112,36 +109,6 @@ std::vector<BlitWork> makeWorks() {
   return works.take();
 }
 
-void require(std::uint32_t code, const char* what) {
-  if (code == 0) return;
-  std::fprintf(stderr, "%s: code %#x\n", what, code);
-  std::abort();
-}
-
-struct Delete {
-  void operator()(Bitmap* bitmap) const { KX_deleteBitmap(bitmap); }
-};
-using OwnedBitmap = std::unique_ptr<Bitmap, Delete>;
-
-BitmapMethods* methods() {
-  static BitmapMethods table = [] {
-    BitmapMethods made;
-    KX_getBitmapInterface(&made, nullptr, nullptr, 1);
-    return made;
-  }();
-  return &table;
-}
-
-OwnedBitmap makeBitmap(Picture picture) {
-  Bitmap* bitmap = nullptr;
-  require(KX_createBitmap(&bitmap, picture.width(), picture.height(), picture.format(), 0, 0, methods()), "create");
-  for (std::int32_t y = 0; y < picture.height(); ++y)
-    std::memcpy(bitmap->pixels + std::ptrdiff_t{y} * bitmap->pitch, picture.row(y),
-                static_cast<std::size_t>(picture.width() * picture.pixelBytes()));
-  if (picture.format() == indexed) require(KX_setPalette(bitmap, makePalette().data()), "palette");
-  return OwnedBitmap(bitmap);
-}
-
 /// A workload's bitmaps and the call that its variant needs.
 struct OwnBlit {
   explicit OwnBlit(const BlitWork& given)
@@ -187,8 +154,8 @@ struct OwnBlit {
 };
 
 const Group own([](std::vector<Row>& rows) {
-  addBlits(
-      rows, "kx", [](const BlitWork&) { return true; },
+  addWorks<BlitWork>(
+      rows, blitWorks(), "kx", [](const BlitWork&) { return true; },
       [](const BlitWork& work) -> std::function<void()> {
         return [blit = std::make_shared<OwnBlit>(work)] {
           for (const Move& move : blit->work.moves) require(blit->call(move), blit->work.name.c_str());
@@ -198,23 +165,15 @@ const Group own([](std::vector<Row>& rows) {
 
 }  // namespace
 
+std::int64_t BlitWork::pixels() const {
+  std::int64_t pixels = 0;
+  for (const Move& move : moves) pixels += std::int64_t{move.to.width} * move.to.height;
+  return pixels;
+}
+
 const std::vector<BlitWork>& blitWorks() {
   static const std::vector<BlitWork> works = makeWorks();
   return works;
-}
-
-void addBlits(std::vector<Row>& rows, const char* contender, bool (*can)(const BlitWork& work), Prepare prepare) {
-  for (const BlitWork& work : blitWorks()) {
-    if (!can(work)) continue;
-    std::int64_t pixels = 0;
-    for (const Move& move : work.moves) pixels += std::int64_t{move.to.width} * move.to.height;
-    const std::int64_t pixelBytes = Picture(work.target, 1, 1).pixelBytes();
-    rows.push_back({work.name, contender, pixels, pixels * pixelBytes,
-                    [&work, prepare, call = std::make_shared<std::function<void()>>()] {
-                      if (!*call) *call = prepare(work);
-                      (*call)();
-                    }});
-  }
 }
 
 }  // namespace kxbench

@@ -3,13 +3,12 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "pictures.h"
-#include "rows.h"
 #include "scenes.h"
+#include "works.h"
 
 namespace kxbench {
 
@@ -38,15 +37,11 @@ struct BlitWork {
   [[nodiscard]] Picture makeSource(std::uint32_t key = 0) const {
     return keyed ? makeKeyedPicture(source, 1, width, height, key) : makePicture(source, 1, width, height, key);
   }
+  /// Pixels written by all moves.
+  [[nodiscard]] std::int64_t pixels() const;
   [[nodiscard]] Picture makeTarget() const { return makePicture(target, 2); }
 };
 
 const std::vector<BlitWork>& blitWorks();
-
-/// Prepares a workload and gives the call that does all its moves.
-using Prepare = std::function<void()> (*)(const BlitWork& work);
-
-/// Rows of one contender: its preparation runs at the first call. `can` tells which workloads it takes part in.
-void addBlits(std::vector<Row>& rows, const char* contender, bool (*can)(const BlitWork& work), Prepare prepare);
 
 }  // namespace kxbench

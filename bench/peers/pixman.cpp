@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include <pixman.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "../blits.h"
+#include "../draws.h"
 
 namespace {
 
@@ -73,16 +75,38 @@ std::function<void()> prepare(const BlitWork& work) {
   return [blit = std::make_shared<PixmanBlit>(work, OwnAlpha)] { blit->run(); };
 }
 
+std::function<void()> prepareFills(const DrawWork& work) {
+  struct Fills {
+    explicit Fills(const DrawWork& given) : work(given), pixels(work.makeTarget()), target(wrap(pixels)) {}
+    void run() {
+      const pixman_op_t op = work.alpha < 0 ? PIXMAN_OP_SRC : PIXMAN_OP_OVER;
+      const pixman_color_t colour = {0, 0x5A5A, 0, static_cast<std::uint16_t>((255 - std::max(work.alpha, 0)) * 257)};
+      for (const Rectangle& r : rectangles) {
+        const pixman_box32_t box = {r.x, r.y, r.x + r.width, r.y + r.height};
+        pixman_image_fill_boxes(op, target.get(), &colour, 1, &box);
+      }
+    }
+    const DrawWork& work;
+    Picture pixels;
+    Image target;
+    std::vector<Rectangle> rectangles = makeRectangles();
+  };
+  return [fills = std::make_shared<Fills>(work)] { fills->run(); };
+}
+
 bool canBlit(const BlitWork& work) {
   return !work.keyed && work.depth == Depth::None && work.source == work.target &&
          (work.target != 3 || work.blend == Blend::None);
 }
 
 const Group peer([](std::vector<Row>& rows) {
-  addBlits(rows, "pixman", canBlit, prepare<false>);
-  addBlits(
-      rows, "pixman_argb", [](const BlitWork& work) { return canBlit(work) && work.blend == Blend::Map; },
+  addWorks<BlitWork>(rows, blitWorks(), "pixman", canBlit, prepare<false>);
+  addWorks<BlitWork>(
+      rows, blitWorks(), "pixman_argb", [](const BlitWork& work) { return canBlit(work) && work.blend == Blend::Map; },
       prepare<true>);
+  addWorks<DrawWork>(
+      rows, drawWorks(), "pixman", [](const DrawWork& work) { return work.drawing == Drawing::Rectangles; },
+      prepareFills);
 });
 
 }  // namespace

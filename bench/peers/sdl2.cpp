@@ -84,9 +84,9 @@ bool canBlit(const BlitWork& work) {
 }
 
 const Group peer([](std::vector<Row>& rows) {
-  addBlits(rows, "sdl", canBlit, prepare<false>);
-  addBlits(
-      rows, "sdl_rle",
+  addWorks<BlitWork>(rows, blitWorks(), "sdl", canBlit, prepare<false>);
+  addWorks<BlitWork>(
+      rows, blitWorks(), "sdl_rle",
       [](const BlitWork& work) {
         // Whole frames with a map stand for pictures that change: nobody encodes those first.
         return canBlit(work) && !work.stretches() &&
