@@ -101,5 +101,7 @@ RowKernels portableRows();
 RowKernels improveRowsSse2(RowKernels base);
 RowKernels improveRowsAvx2(RowKernels base);
 RowKernels improveRowsAvx512(RowKernels base);
+RowKernels improveFetchAvx2(RowKernels base);
+RowKernels improveFetchAvx512(RowKernels base);
 
 }  // namespace kx

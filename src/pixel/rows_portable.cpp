@@ -89,14 +89,35 @@ void depthRow(const DepthSpan& span) {
   }
 }
 
+/// Rows of 24 bits of which all but the last pixel may be written as four bytes, as the next pixel sets the fourth
+/// right.
+template <typename Load>
+void storeOverlapping(std::uint8_t* dst, std::size_t count, Load load) {
+  if (count == 0) return;
+  for (std::size_t i = 0; i + 1 < count; ++i) store32(dst + i * 3, load(i));
+  store24(dst + (count - 1) * 3, load(count - 1));
+}
+
 template <std::size_t Bytes>
 void lookupRow(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* table, std::size_t count) {
+  if constexpr (Bytes == 3) {
+    // Four bytes from the entry on, for the last entry from the one before on.
+    storeOverlapping(dst, count, [=](std::size_t i) {
+      const std::size_t back = src[i] == 255;
+      return load32(table + src[i] * Bytes - back) >> (8 * back);
+    });
+    return;
+  }
   for (std::size_t i = 0; i < count; ++i) storePixel<Bytes>(dst + i * Bytes, loadPixel<Bytes>(table + src[i] * Bytes));
 }
 
 template <std::size_t Bytes>
 void gatherRow(const GatherSpan& span) {
   const GatherSpan row = span;
+  if constexpr (Bytes == 3) {
+    storeOverlapping(row.dst, row.count, [&](std::size_t i) { return load24(row.src + row.columns[i] * Bytes); });
+    return;
+  }
   for (std::size_t i = 0; i < row.count; ++i)
     storePixel<Bytes>(row.dst + i * Bytes, loadPixel<Bytes>(row.src + row.columns[i] * Bytes));
 }
