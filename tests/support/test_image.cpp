@@ -144,7 +144,7 @@ std::size_t TestImage::blockBytes() const { return memory_.size() - 2 * guard; }
 
 std::vector<std::uint32_t> TestImage::pixels() {
   std::vector<std::uint32_t> out;
-  std::vector<std::uint8_t> row(kx::packedRowBytes(record_) + 1);
+  std::vector<std::uint8_t> row(static_cast<std::size_t>(kx::packedRowBytes(record_)) + 1);
   for (std::int32_t y = 0; y < record_.height; ++y) {
     const std::uint8_t* start = record_.pixels + std::int64_t{y} * record_.pitch;
     if ((record_.format & 0x30) != 0) {
