@@ -1,4 +1,5 @@
 /* kxgraphic: copy and stretch blits.
+ * SPDX-License-Identifier: MIT
  *
  * Each of the two families has fifteen members: five ways to combine a source pixel with the destination pixel
  * (plain, Transparent, Alpha, TransparentAlpha, Alphamap), times three depth tests (none, ZBuffer, ZMap). Rectangles
@@ -42,7 +43,7 @@
  * alpha map of
  * a wrong format; 0x2005 one of these too small; 0x2001 pixel memory or row table not writable once locked; 0x2002 a
  * palette or translation table not writable; 2 out of memory; or what a bitmap's lock returned.
- * SPDX-License-Identifier: MIT */
+ */
 #ifndef KXGRAPHIC_BLIT_H
 #define KXGRAPHIC_BLIT_H
 
