@@ -32,15 +32,7 @@ public:
   }
 
 private:
-  [[nodiscard]] bool drawsInPlace() const {
-    return plan_.fetch == Fetch::Rows && !plan_.stretched && plan_.lookupTable == nullptr && plan_.convert == nullptr &&
-           plan_.test != RowTest::Masked && !plan_.destinationBits;
-  }
-
-  [[nodiscard]] std::size_t chunkLimit() const {
-    if (plan_.pixelByPixel) return 1;
-    return drawsInPlace() ? static_cast<std::size_t>(plan_.width) : longestChunk;
-  }
+  [[nodiscard]] std::size_t chunkLimit() const { return plan_.pixelByPixel ? 1 : longestChunk; }
 
   void drawRow(std::int32_t y, std::size_t left, std::size_t right) {
     y_ = y;
@@ -199,6 +191,23 @@ private:
   std::uint8_t mask_[longestChunk], weightBuffer_[longestChunk], depthBuffer_[longestChunk], bits_[longestChunk];
 };
 
+/// Source rows can be combined with the destination as they lie, without passing through buffers.
+bool drawsInPlace(const BlitPlan& plan) {
+  return plan.fetch == Fetch::Rows && !plan.stretched && !plan.pixelByPixel && plan.lookupTable == nullptr &&
+         plan.convert == nullptr && plan.test != RowTest::Masked && !plan.destinationBits && plan.combine != nullptr;
+}
+
+void runInPlace(const BlitPlan& plan) {
+  RowSpan span{plan.destination.start, plan.source.start, static_cast<std::size_t>(plan.width), nullptr,
+               plan.alphamap.start,    plan.alpha};
+  for (std::int32_t y = 0; y < plan.height; ++y) {
+    plan.combine(span);
+    span.dst += plan.destination.pitch;
+    span.src += plan.source.pitch;
+    if (span.map != nullptr) span.map += plan.alphamap.pitch;
+  }
+}
+
 void copyWords(const BlitPlan& plan) {
   const std::size_t bytes = static_cast<std::size_t>(plan.width) * plan.sourceBytes;
   for (std::int32_t y = 0; y < plan.height; ++y) {
@@ -215,6 +224,7 @@ void copyWords(const BlitPlan& plan) {
 void run(const BlitPlan& plan) {
   if (plan.width < 1 || plan.height < 1) return;
   if (plan.wordByWord) return copyWords(plan);
+  if (drawsInPlace(plan)) return runInPlace(plan);
   Runner(plan).run();
 }
 

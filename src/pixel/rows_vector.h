@@ -256,11 +256,13 @@ constexpr auto sourceOnly = [](auto s, auto, auto...) { return s; };
 
 template <typename V, RowFormat Format, Combine Rule, RowTest Test>
 void vectorRow(const RowSpan& span) {
-  const RowSpan row = span;
+  // The members one by one, and the copy handed to nobody: copied as a block it would be read before its parts, just
+  // written by the caller, have reached memory.
+  const RowSpan row{span.dst, span.src, span.count, span.mask, span.map, span.alpha};
   constexpr bool wide = Format == RowFormat::Rgb555 || Format == RowFormat::Rgb565;
   constexpr bool triple = Format == RowFormat::Bgr24;
   constexpr std::size_t shortest = (wide ? V::bytes / 2 : V::bytes) + (triple && Test == RowTest::Keyed ? 2 : 0);
-  if (row.count < shortest) return shortRows.of(Rule, Test, Format)(row);
+  if (row.count < shortest) return shortRows.of(Rule, Test, Format)(span);
 
   if constexpr (wide) {
     using AlphaFields = std::conditional_t<Format == RowFormat::Rgb555, AlphaFields555, AlphaFields565>;
@@ -346,9 +348,9 @@ template <typename V, typename Step>
 
 template <typename V>
 void vectorDepth(const DepthSpan& span) {
-  const DepthSpan row = span;
+  const DepthSpan row{span.mask, span.zBuffer, span.count, span.refine, span.zMap, span.z};
   // Larger offsets than these pass or fail whatever the map says, or wrap.
-  if (row.count < V::bytes || row.z < -255 || row.z > 255) return shortRows.depth(row);
+  if (row.count < V::bytes || row.z < -255 || row.z > 255) return shortRows.depth(span);
   const auto low = V::splat8(static_cast<std::uint8_t>(row.z));
   if (row.zMap == nullptr) {
     depthSteps<V>(row, [&](auto stored, std::size_t) {
