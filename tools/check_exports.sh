@@ -2,6 +2,7 @@
 # Compares the names that a built library exports with the list: tools/check_exports.sh build/<preset>/<library>
 # SPDX-License-Identifier: MIT
 library=$1
+[ -e "$library" ] || { echo "$library is not there"; echo "0 passed, 1 failed"; exit 1; }
 lists=$(dirname "$library")/exports
 expected=$(mktemp)
 found=$(mktemp)

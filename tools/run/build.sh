@@ -33,11 +33,11 @@ configure() {
   echo "$key" >"$folder/.configured"
 }
 
-# build PRESET [TARGET...]
+# build PRESET [TARGET...]: goes on after an error, so that one run tells them all
 build() {
   local preset=$1
   shift
   log=$logs/$preset-build.log
   say "building $preset"
-  cmake --build "build/$preset" -j "$jobs" ${1:+--target "$@"} >"$log" 2>&1
+  cmake --build "build/$preset" -j "$jobs" ${1:+--target "$@"} -- -k 0 >"$log" 2>&1
 }
