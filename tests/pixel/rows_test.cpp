@@ -28,8 +28,7 @@ constexpr std::size_t pixelBytes[] = {1, 1, 2, 2, 3};
 /// A row of random bytes with many 00 and FF and some stretches all alike, at a random alignment, between guards.
 class Row {
 public:
-  Row(std::mt19937& random, std::size_t size)
-      : bytes_(size + 2 * guard + 16), start_(guard + random() % 16), size_(size) {
+  Row(std::mt19937& random, std::size_t size) : bytes_(size + 2 * guard + 16), start_(guard + random() % 16) {
     const unsigned mood = random() % 4;
     for (auto& byte : bytes_) {
       const unsigned kind = random() % 4;
@@ -50,7 +49,7 @@ public:
 
 private:
   std::vector<std::uint8_t> bytes_;
-  std::size_t start_, size_;
+  std::size_t start_;
 };
 
 /// The levels of this machine above the portable one.
