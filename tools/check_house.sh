@@ -58,7 +58,7 @@ vector_code() {
 heads() {
   code_files \( -name '*.cpp' -o -name '*.c' -o -name '*.h' -o -name '*.hpp' -o -name '*.sh' \) -print0 |
     xargs -0 awk 'FNR == 1 { if (file && !seen) print "  " file; file = FILENAME; seen = 0 }
-      FNR <= 40 && /SPDX-License-Identifier: MIT/ { seen = 1 }
+      FNR <= 60 && /SPDX-License-Identifier: MIT/ { seen = 1 }
       END { if (file && !seen) print "  " file }'
 }
 

@@ -14,10 +14,7 @@ inline std::uint64_t cellCount(std::int64_t width, std::int64_t height) {
   return static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
 }
 
-/// Of a landscape, whose maps are in memory.
-inline std::size_t cellCount(const Landscape& landscape) {
-  return static_cast<std::size_t>(cellCount(landscape.width, landscape.height));
-}
+inline std::uint64_t cellCount(const Landscape& landscape) { return cellCount(landscape.width, landscape.height); }
 
 /// Index of cell (x, y) in every map.
 inline std::size_t cellIndex(const Landscape& landscape, std::int64_t x, std::int64_t y) {
