@@ -72,25 +72,25 @@ install_packages() {
   rm -f "$package_log"
 }
 
-# need_packages GROUP...: everything of these groups is there afterwards, or ./run ends with code 3
+# need_packages GROUP...: everything of these groups is there afterwards, or ./run ends with code 69
 need_packages() {
   local packages
   mapfile -t packages < <(missing_packages "$@")
   if [ ${#packages[@]} -gt 0 ]; then
     local by_hand="apt-get update && apt-get install -y --no-install-recommends ${packages[*]}"
     if ! command -v apt-get >/dev/null; then
-      die 3 "this is no Debian machine; please install what these Debian packages hold: ${packages[*]}"
+      die 69 "this is no Debian machine; please install what these Debian packages hold: ${packages[*]}"
     elif [ -n "${KX_NO_INSTALL:-}" ] || ! can_be_root; then
-      die 3 "packages are missing and may not be installed from here. As root:"$'\n'"  $by_hand"
+      die 69 "packages are missing and may not be installed from here. As root:"$'\n'"  $by_hand"
     fi
     say "installing ${packages[*]}"
     if ! install_packages "${packages[@]}"; then
       tail -n 15 "$package_log" >&2
-      die 3 "the packages could not be installed (log: $package_log). By hand, as root:"$'\n'"  $by_hand"
+      die 69 "the packages could not be installed (log: $package_log). By hand, as root:"$'\n'"  $by_hand"
     fi
   fi
   local version
   version=$(cmake --version | sed -n '1s/[^0-9]*//p')
   [ "$(printf '%s\n' 3.25 "$version" | sort -V | head -n 1)" = 3.25 ] ||
-    die 3 "CMake 3.25 or newer is needed, this is $version"
+    die 69 "CMake 3.25 or newer is needed, this is $version"
 }
