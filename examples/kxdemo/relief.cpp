@@ -74,6 +74,7 @@ Image drawRelief(const Material&) {
   void* block = nullptr;
   std::uint32_t size = 0;
   KX_CHECK(LS_convertToData(terrain.get(), &block, &size, nullptr, 0));
+  mmgr_free(block);
   const Image whole = relief(terrain, true);
   panels.next("Highest cell marked; average " + std::to_string(average) + ", highest " + std::to_string(highest) +
               ", saved in " + std::to_string(size) +

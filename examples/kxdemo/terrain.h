@@ -9,9 +9,12 @@
 
 namespace demo {
 
-/// A landscape's maps; its record's own block stays with the C heap of the memory manager until the program ends.
+/// LS_deleteLandscape releases the maps only; the record's own block is its owner's.
 struct LandscapeDelete {
-  void operator()(Landscape* landscape) const { LS_deleteLandscape(landscape); }
+  void operator()(Landscape* landscape) const {
+    LS_deleteLandscape(landscape);
+    mmgr_free(landscape);
+  }
 };
 using Terrain = std::unique_ptr<Landscape, LandscapeDelete>;
 
