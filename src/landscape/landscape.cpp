@@ -54,13 +54,17 @@ struct TextureTable {
   }
 };
 
+/// Gives back a block that is present: a program's own memory manager need not know null.
+template <typename T>
+void releaseBlock(T*& block) {
+  if (block != nullptr) mmgr_free(block);
+  block = nullptr;
+}
+
 void releaseTextureTable(Landscape& landscape) {
-  mmgr_free(landscape.textureHandles);
-  mmgr_free(landscape.textureParameters);
-  mmgr_free(landscape.textureFlags);
-  landscape.textureHandles = nullptr;
-  landscape.textureParameters = nullptr;
-  landscape.textureFlags = nullptr;
+  releaseBlock(landscape.textureHandles);
+  releaseBlock(landscape.textureParameters);
+  releaseBlock(landscape.textureFlags);
 }
 
 Result create(Landscape** result, Device3D* device, std::int32_t width, std::int32_t height,
@@ -93,12 +97,9 @@ Result create(Landscape** result, Device3D* device, std::int32_t width, std::int
 // Settled: the record's own block is the caller's loss; only what hangs on it is released.
 Result release(Landscape* landscape) {
   KX_TRY(checkWritable(landscape));
-  mmgr_free(landscape->heightMap);
-  mmgr_free(landscape->lightMap);
-  mmgr_free(landscape->textureMap);
-  landscape->heightMap = nullptr;
-  landscape->lightMap = nullptr;
-  landscape->textureMap = nullptr;
+  releaseBlock(landscape->heightMap);
+  releaseBlock(landscape->lightMap);
+  releaseBlock(landscape->textureMap);
   releaseTextureTable(*landscape);
   return Result::Ok;
 }

@@ -39,6 +39,9 @@ private:
 constexpr double unitOf32Bits = 1.0 / 4294967296.0;
 constexpr double fullTurn = 6.2831853;
 
+/// Cut to a whole cell, within what the number can hold.
+std::int32_t toCell(double place) { return static_cast<std::int32_t>(std::clamp(place, -2147483648.0, 2147483647.0)); }
+
 /// The outline's points in order, at most `capacity`; the count of them.
 std::size_t walkOutline(Point* points, std::size_t capacity, const RoundArea& area, double angleStep) {
   std::mt19937 source(effectiveSeed(area.seed));
@@ -55,8 +58,8 @@ std::size_t walkOutline(Point* points, std::size_t capacity, const RoundArea& ar
   double change = drawChange();
   std::size_t count = 0;
   for (double angle = 0; angle < fullTurn && count < capacity; angle += angleStep) {
-    points[count++] = {static_cast<std::int32_t>(area.centreX + radius * std::cos(angle)),
-                       static_cast<std::int32_t>(area.centreY + radius * std::sin(angle))};
+    points[count++] = {toCell(area.centreX + radius * std::cos(angle)),
+                       toCell(area.centreY + radius * std::sin(angle))};
     radius = std::clamp(radius + change, inner, outer);
     if (source() % 101 > 60) change = drawChange();
   }
@@ -81,7 +84,14 @@ void drawSide(Bitmap& shape, Point from, Point to) {
   const std::int64_t dx = std::int64_t{to.x} - from.x;
   const std::int64_t dy = std::int64_t{to.y} - from.y;
   const std::int64_t steps = std::max<std::int64_t>(1, std::max(std::abs(dx), std::abs(dy)));
-  for (std::int64_t i = 0; i <= steps; ++i) {
+  // Along the longer way every step is one cell, so that the steps off the map need not be walked.
+  const bool wide = std::abs(dx) >= std::abs(dy);
+  const bool forward = (wide ? dx : dy) >= 0;
+  const std::int64_t start = wide ? from.x : from.y;
+  const std::int64_t end = (wide ? shape.width : shape.height) - std::int64_t{1};
+  const std::int64_t first = std::max<std::int64_t>(0, forward ? -start : start - end);
+  const std::int64_t last = std::min(steps, forward ? end - start : start);
+  for (std::int64_t i = first; i <= last; ++i) {
     const std::int64_t x = from.x + dx * i / steps;
     const std::int64_t y = from.y + dy * i / steps;
     if (onMap(shape, x, y)) cellOf(shape, x, y) |= outlineMark;
