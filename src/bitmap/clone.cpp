@@ -23,6 +23,7 @@ T* copyBlock(const T* source, std::uint64_t size, std::uint64_t room) {
 }
 
 Result clonePlainPixels(Bitmap& clone, const Bitmap& source) {
+  if (source.height < 0 || source.pitch < 0) return Result::OutOfMemory;
   const std::uint64_t room = plainBlockBytes(source.height, source.pitch);
   const auto size = static_cast<std::uint64_t>(std::int64_t{source.height} * source.pitch);
   clone.pixels = copyBlock(source.pixels, size, room);

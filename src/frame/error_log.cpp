@@ -16,6 +16,9 @@ namespace {
 
 constexpr const char* logFile = "ERRORLOG.TXT";
 
+/// Settled: the layout without the group is kept with the other texts, and not used.
+[[maybe_unused, gnu::used]] constexpr char lineWithoutGroup[] = "[%08x] %s (Zeile %i in Datei \"%s\")\r\n";
+
 /// Bytes of a line with its NUL.
 constexpr std::size_t lineSize = 256;
 
