@@ -181,7 +181,7 @@ std::uint32_t compress(std::uint8_t* dst, const std::uint8_t* src, std::uint32_t
 class Decoder {
 public:
   Decoder(std::uint8_t* dst, std::uint32_t maxOut, const std::uint8_t* src, std::uint32_t srcLength)
-      : dst_(dst), maxOut_(maxOut), in_(src), end_(src + (srcLength & ~3u)) {}
+      : dst_(dst), maxOut_(maxOut), in_(src), left_(srcLength & ~3u) {}
 
   std::uint32_t run() {
     starts_ = makeHeapArray<std::uint32_t>(entryLimit + 1);
@@ -195,7 +195,7 @@ private:
   static constexpr std::uint32_t block = 16;
   /// Source left over by then. A stream of the encoder makes more than a block of output from it, so that whatever was
   /// written ahead is written again, and nothing after the last byte of the output changes.
-  static constexpr std::ptrdiff_t blockMargin = 64;
+  static constexpr std::size_t blockMargin = 64;
 
   void makeEntry() {
     if (count_ == entryLimit) return;
@@ -213,6 +213,7 @@ private:
     const std::uint32_t code = (bits >> bit_) & ((1u << width_) - 1);
     bit_ += width_;
     in_ += bit_ >> 3;
+    left_ -= bit_ >> 3;
     bit_ &= 7;
     return code;
   }
@@ -245,7 +246,7 @@ private:
 
   /// Far from both ends. False for a corrupt stream.
   bool decodeInBlocks() {
-    while (end_ - in_ >= blockMargin && maxOut_ - out_ > 2 * block) {
+    while (left_ >= blockMargin && maxOut_ - out_ > 2 * block) {
       const std::uint32_t code = takeCode(load(in_));
       if (code < clearCode) {
         dst_[out_++] = static_cast<std::uint8_t>(code);
@@ -270,9 +271,9 @@ private:
 
   /// To the end of the source or of the room. False for a corrupt stream.
   bool decodeExactly() {
-    while (out_ < maxOut_ && (end_ - in_) * 8 - static_cast<std::ptrdiff_t>(bit_ + width_) >= 0) {
+    while (out_ < maxOut_ && std::uint64_t{left_} * 8 >= bit_ + width_) {
       // Near the end a whole word is read from further back.
-      const auto back = static_cast<unsigned>(std::max<std::ptrdiff_t>(4 - (end_ - in_), 0));
+      const unsigned back = left_ < 4 ? 4 - static_cast<unsigned>(left_) : 0;
       const std::uint32_t code = takeCode(load(in_ - back) >> (8 * back));
       if (code < clearCode) {
         dst_[out_++] = static_cast<std::uint8_t>(code);
@@ -303,8 +304,8 @@ private:
   std::uint32_t maxOut_;
   std::uint32_t out_ = 0;  ///< bytes written
   const std::uint8_t* in_;
-  const std::uint8_t* end_;  ///< of the whole words of the source
-  unsigned bit_ = 0;         ///< of *in_, 0 to 7
+  std::size_t left_;  ///< bytes of the source's whole words from *in_ on
+  unsigned bit_ = 0;  ///< of *in_, 0 to 7
   unsigned width_ = narrowest;
   std::uint32_t count_ = 0;          ///< entries made
   HeapArray<std::uint32_t> starts_;  ///< starts_[k], starts_[k + 1]: the ends of the string of entry k's code
