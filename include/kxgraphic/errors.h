@@ -4,7 +4,7 @@
 #define KXGRAPHIC_ERRORS_H
 
 #define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text) KX_ERROR_##leaf = (code),
+#define KX_ERROR(code, leaf, group, text, english) KX_ERROR_##leaf = (code),
 
 /** Result codes: KX_ERROR_<leaf> is the code of the exception class KX_<leaf>_Exception. Bits 12 to 15 name the group.
  */

@@ -42,7 +42,7 @@ constexpr Windows1252<Size> fromUtf8(const Unit (&text)[Size]) {
 }
 
 #define KX_ERROR_GROUP(name, text) inline constexpr auto name##Group = fromUtf8(u8##text);
-#define KX_ERROR(code, leaf, group, text) inline constexpr auto leaf##Text = fromUtf8(u8##text);
+#define KX_ERROR(code, leaf, group, text, english) inline constexpr auto leaf##Text = fromUtf8(u8##text);
 #include "exports/errors.inc"
 #undef KX_ERROR_GROUP
 #undef KX_ERROR
@@ -51,13 +51,13 @@ constexpr Windows1252<Size> fromUtf8(const Unit (&text)[Size]) {
 
 #define KX_ERROR_GROUP(name, text) \
   struct KX_##name##Exception : KX_Exception {};
-#define KX_ERROR(faultCode, leaf, group, message)        \
-  struct KX_##leaf##_Exception : KX_##group##Exception { \
-    constexpr KX_##leaf##_Exception() noexcept {         \
-      text = kx::fault_texts::leaf##Text.bytes;          \
-      groupText = kx::fault_texts::group##Group.bytes;   \
-      code = faultCode;                                  \
-    }                                                    \
+#define KX_ERROR(faultCode, leaf, group, message, english) \
+  struct KX_##leaf##_Exception : KX_##group##Exception {   \
+    constexpr KX_##leaf##_Exception() noexcept {           \
+      text = kx::fault_texts::leaf##Text.bytes;            \
+      groupText = kx::fault_texts::group##Group.bytes;     \
+      code = faultCode;                                    \
+    }                                                      \
   };
 #include "exports/errors.inc"
 #undef KX_ERROR_GROUP

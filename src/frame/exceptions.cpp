@@ -19,7 +19,8 @@ constexpr bool isPlainLeaf =
     !std::is_polymorphic_v<Leaf> && sizeof(Leaf) == sizeof(KX_Exception);
 
 #define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text) static_assert(isPlainLeaf<KX_##leaf##_Exception, KX_##group##Exception>);
+#define KX_ERROR(code, leaf, group, text, english) \
+  static_assert(isPlainLeaf<KX_##leaf##_Exception, KX_##group##Exception>);
 #include "kxgraphic/exports/errors.inc"
 #undef KX_ERROR
 
@@ -28,7 +29,7 @@ void throwLeaf() {
   throw Leaf();
 }
 
-#define KX_ERROR(code, leaf, group, text) {KX_##leaf##_Exception(), &throwLeaf<KX_##leaf##_Exception>},
+#define KX_ERROR(code, leaf, group, text, english) {KX_##leaf##_Exception(), &throwLeaf<KX_##leaf##_Exception>},
 constexpr FaultClass faultClasses[] = {
 #include "kxgraphic/exports/errors.inc"
 };

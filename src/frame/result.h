@@ -10,7 +10,7 @@ namespace kx {
 enum class [[nodiscard]] Result : std::uint32_t{
     Ok = 0,
 #define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text) leaf = (code),
+#define KX_ERROR(code, leaf, group, text, english) leaf = (code),
 #include "kxgraphic/exports/errors.inc"
 #undef KX_ERROR_GROUP
 #undef KX_ERROR

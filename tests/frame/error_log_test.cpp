@@ -47,7 +47,7 @@ struct LeafCase {
 
 const LeafCase leaves[] = {
 #define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text) {code, KX_##leaf##_Exception(), &throwsLeaf<KX_##leaf##_Exception>},
+#define KX_ERROR(code, leaf, group, text, english) {code, KX_##leaf##_Exception(), &throwsLeaf<KX_##leaf##_Exception>},
 #include "kxgraphic/exports/errors.inc"
 #undef KX_ERROR
 #undef KX_ERROR_GROUP
