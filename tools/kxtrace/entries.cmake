@@ -1,0 +1,30 @@
+# Writes <file>: a function for each line of the list of exports, but for those of special_entries.cpp, that passes its
+# call on.
+function(kxtrace_write_entries file)
+  kx_read_list(entries tables)
+  set(text "// Made from the list of exports.\n#include \"interface/undesigned.h\"\n#include \"trace.h\"\n")
+  foreach(entry IN LISTS entries)
+    string(REGEX MATCH "^[A-Z]+\\|([^|]+)\\|([^|]+)\\|(.*)$" unused "${entry}")
+    set(name ${CMAKE_MATCH_1})
+    set(result ${CMAKE_MATCH_2})
+    set(parameters "${CMAKE_MATCH_3}")
+    if(name MATCHES "^KX_(get(Bitmap|3DDevice|Screen)Interface|reportError)$")
+      continue()
+    endif()
+    # "Bitmap* dst, int32_t dx" has the names "dst, dx".
+    if(parameters STREQUAL "void")
+      set(names)
+      set(arguments)
+    else()
+      string(REGEX REPLACE "[^,]*[ *]([A-Za-z0-9_]+) *(,|$)" "\\1\\2 " names "${parameters}")
+      string(STRIP "${names}" names)
+      set(arguments ", ${names}")
+    endif()
+    string(APPEND text "\n${result} KX_CALL ${name}(${parameters}) {\n"
+           "  static kxtrace::Entry entry{\"${name}\", \"${names}\", kxtrace::answerOf(\"${name}\", &${name})};\n"
+           "  return kxtrace::pass(entry, &${name}${arguments});\n}\n")
+  endforeach()
+  string(REPLACE ";" "$<SEMICOLON>" text "${text}")
+  string(REPLACE "$<SEMICOLON>" ";" text "${text}")
+  file(CONFIGURE OUTPUT ${file} CONTENT "${text}" @ONLY)
+endfunction()
