@@ -2,7 +2,7 @@
 add_library(kx_compiler_options INTERFACE)
 target_compile_options(
   kx_compiler_options
-  INTERFACE -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow -Wformat=2 -Wundef
+  INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror> -Wconversion -Wsign-conversion -Wshadow -Wformat=2 -Wundef
             $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -fno-threadsafe-statics>)
 
 if(KX_SANITIZE)

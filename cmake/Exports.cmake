@@ -84,6 +84,11 @@ function(kx_export_list target)
     string(CONCAT imports "LIBRARY ${target}.dll\nEXPORTS\n" ${imports} ${data})
     file(CONFIGURE OUTPUT ${folder}/${target}.def CONTENT "${exports}" @ONLY)
     file(CONFIGURE OUTPUT ${folder}/${target}_import.def CONTENT "${imports}" @ONLY)
+    # For the tools of other compilers, which read a decorated name as the whole name of symbol and export.
+    set(decorated ${functions})
+    list(TRANSFORM decorated REPLACE "(.+)" "  _\\1\n")
+    string(CONCAT decorated "LIBRARY ${target}.dll\nEXPORTS\n" ${decorated} ${data})
+    file(CONFIGURE OUTPUT ${folder}/decorated/${target}.def CONTENT "${decorated}" @ONLY)
     target_sources(${target} PRIVATE ${folder}/${target}.def)
     add_custom_command(
       TARGET ${target} POST_BUILD

@@ -13,6 +13,9 @@ clang|clang++|clang
 win32|i686-w64-mingw32-g++|g++-mingw-w64-i686
 win32|Xvfb|xvfb
 wine-root|debootstrap|debootstrap
+package|dpkg-shlibdeps|dpkg-dev
+package|file|file
+package|pkg-config|pkg-config
 bench|/usr/include/benchmark/benchmark.h|libbenchmark-dev
 bench|/usr/include/zlib.h|zlib1g-dev
 bench|/usr/include/libdeflate.h|libdeflate-dev

@@ -58,6 +58,7 @@ stage_win32() {
       echo "***********************************************************************"
     } >&3
     skipped="NOT RUN, no Wine"
+    no_wine=1
     [ "${CI:-}" != true ] || { count 0 1; return 1; }
     return 0
   fi
@@ -75,6 +76,11 @@ stage_exports() {
   tools/check_exports.sh build/release/libkxgraphic.so || status=1
   tools/check_exports.sh build/win32/kxgraphic.dll || status=1
   return "$status"
+}
+
+stage_packages() {
+  make_packages >&3 || { tail -n 20 "$log"; return 1; }
+  tools/check_packages.sh ${no_wine:+--no-wine}
 }
 
 # run_stage NAME TITLE: the scripts of tools/ end their output with a line "N passed, N failed", which counts too
@@ -100,13 +106,13 @@ run_stage() {
 }
 
 run_tests() {
-  local quick= summary=() total_passed=0 total_failed=0 begin=$SECONDS wine_job=
+  local quick= summary=() total_passed=0 total_failed=0 begin=$SECONDS wine_job= no_wine=
   case ${1:-} in
     --quick) quick=1 ;;
     '') ;;
     *) die 2 "test knows --quick only, not $1" ;;
   esac
-  if [ -n "$quick" ]; then need_packages build tests demo; else need_packages build tests demo clang win32; fi
+  if [ -n "$quick" ]; then need_packages build tests demo; else need_packages build tests demo clang win32 package; fi
   lock_build
   rm -f "$logs"/*.log "$logs"/*.counts
   if [ -z "$quick" ]; then
@@ -123,6 +129,7 @@ run_tests() {
     run_stage win32 "32-bit Windows under Wine"
     run_stage headers "public headers as C11 and C++17"
     run_stage exports "exported names of both libraries"
+    run_stage packages "packages: installed and used"
   fi
   echo
   printf '%s\n' "${summary[@]}"

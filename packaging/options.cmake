@@ -1,0 +1,8 @@
+# What differs between the package formats; CPack reads it once for each.
+# SPDX-License-Identifier: MIT
+if(CPACK_GENERATOR STREQUAL "DEB")
+  set(CPACK_COMPONENTS_ALL runtime development debian-runtime debian-development)
+else()
+  set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
+  set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY ON)
+endif()

@@ -1,0 +1,136 @@
+#!/bin/bash
+# Installs or unpacks each package of build/packages into an empty folder, and builds and runs a small user's project
+# (tests/packages/user) against it: tools/check_packages.sh [--no-wine]. Prints "N passed, N failed".
+# SPDX-License-Identifier: MIT
+cd "$(dirname "$0")/.." || exit 1
+root=$PWD user=$PWD/tests/packages/user packages=$PWD/build/packages
+work=$packages/check
+passed=0 failed=0
+rm -rf "$work"
+mkdir -p "$work"
+
+# step TEXT COMMAND...: the output is shown when the command fails
+step() {
+  local text=$1 begin=$SECONDS
+  shift
+  if "$@" >"$work/step.log" 2>&1; then
+    passed=$((passed + 1))
+    echo "ok ($((SECONDS - begin)) s): $text"
+  else
+    failed=$((failed + 1))
+    echo "FAILED: $text"
+    tail -n 40 "$work/step.log"
+  fi
+}
+
+says_it_works() { [ "$("$@" | tr -d '\r')" = "kxgraphic works" ]; }
+
+# cmake_user FOLDER OPTIONS...: configures and builds the user's project, with no way to find the sources
+cmake_user() {
+  local build=$work/$1-user
+  shift
+  cmake -G Ninja -S "$user" -B "$build" "$@" && cmake --build "$build"
+}
+
+with_find_package() {
+  cmake_user "$1" -DCMAKE_PREFIX_PATH="$work/$1${2:-}" -DCMAKE_BUILD_TYPE=Debug && says_it_works "$work/$1-user/user"
+}
+
+# with_pkg_config FOLDER [PREFIX]: the libraries are found beside each other, wherever the folder lies
+with_pkg_config() {
+  local lib=$work/$1${2:-}/lib flags
+  read -ra flags < <(PKG_CONFIG_PATH=$lib/pkgconfig pkg-config --cflags --libs kxgraphic-mmgr) || return 1
+  cc -std=c11 "$user/main.c" "${flags[@]}" -Wl,-rpath,"$lib" -o "$work/$1-pkg-config" && says_it_works "$work/$1-pkg-config"
+}
+
+# holds FOLDER PATH...: these and no absolute paths of this machine
+holds() {
+  local folder=$work/$1 path
+  shift
+  for path; do
+    [ -e "$folder/$path" ] || { echo "$folder lacks $path"; return 1; }
+  done
+  ! grep -rIlF "$root" "$folder" | grep .
+}
+
+unpack_debs() {
+  local deb
+  for deb in "$packages"/libkxgraphic{1,-dev}_*.deb; do
+    dpkg-deb --contents "$deb" && dpkg-deb -x "$deb" "$work/deb" || return 1
+  done
+}
+
+# The library may need no symbol newer than its package asks for, and nothing but the C and C++ runtimes.
+deb_depends() {
+  local library=$work/deb/usr/lib/libkxgraphic.so.1 depends newest
+  depends=$(dpkg-deb -f "$packages"/libkxgraphic1_*.deb Depends)
+  echo "Depends: $depends"
+  objdump -p "$library" | awk '/NEEDED|SONAME/ { print $1, $2 }'
+  objdump -p "$library" | awk '/NEEDED/ && $2 !~ /^(libmmgr|libstdc\+\+|libm|libgcc_s|libc|ld-linux)/ { exit 1 }' || return 1
+  objdump -p "$library" | grep -q 'SONAME *libkxgraphic\.so\.1$' || return 1
+  newest=$(objdump -T "$library" | grep -o 'GLIBC_[0-9.]*' | sort -uV | tail -n 1)
+  [[ $depends =~ libc6\ \(\>=\ ([0-9.]+)\) ]] && dpkg --compare-versions "${newest#GLIBC_}" le "${BASH_REMATCH[1]}" &&
+    [[ $(dpkg-deb -f "$packages"/libkxgraphic-dev_*.deb Depends) = "libkxgraphic1 (= "*")" ]]
+}
+
+# From the sources. Compiling them all once more would take minutes: reuse_object takes what build/release has.
+with_sources() {
+  cmake_user sources -DKXGRAPHIC_SOURCE="$root" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER_LAUNCHER="$root/tools/reuse_object" &&
+    says_it_works "$work/sources-user/user"
+}
+
+unzip_windows() { (cd "$work" && cmake -E tar xf "$packages"/kxgraphic-*-win32.zip && mv kxgraphic-*-win32 win32); }
+
+# runs_under_wine PROGRAM: beside the two DLLs of the archive
+runs_under_wine() {
+  cp "$work"/win32/bin/*.dll "$(dirname "$1")" && says_it_works tools/wine-run "$1"
+}
+
+with_find_package_windows() {
+  cmake_user win32 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/win32-toolchain.cmake" -Dkxgraphic_DIR="$work/win32/lib/cmake/kxgraphic" &&
+    { [ -n "$no_wine" ] || runs_under_wine "$work/win32-user/user.exe"; }
+}
+
+# As another compiler's tools would: LLVM's LINK makes import libraries of the .def files.
+with_def_files() {
+  local name folder=$work/win32-def
+  mkdir -p "$folder"
+  for name in kxgraphic mmgr; do
+    lld-link /dll /noentry /machine:x86 /safeseh:no /force "/def:$work/win32/lib/$name.def" "/implib:$folder/$name.lib" \
+      "/out:$folder/unused.dll" || return 1
+  done
+  i686-w64-mingw32-gcc -std=c11 -I"$work/win32/include" "$user/main.c" "$folder"/{kxgraphic,mmgr}.lib -o "$folder/user.exe" &&
+    { [ -n "$no_wine" ] || runs_under_wine "$folder/user.exe"; }
+}
+
+no_wine=
+[ "${1:-}" != --no-wine ] || no_wine=1
+
+step "cmake --install into an empty folder" cmake --install build/release --prefix "$work/installed"
+step "what it installs" holds installed lib/libkxgraphic.so lib/libkxgraphic.so.1 lib/libmmgr.so include/kxgraphic/kxgraphic.h
+step "find_package from there" with_find_package installed
+step "pkg-config from there" with_pkg_config installed
+if compgen -G "$packages/kxgraphic-*-linux-*.tar.gz" >/dev/null; then
+  step ".tar.gz unpacks" bash -c "mkdir '$work/tar' && tar xzf '$packages'/kxgraphic-*.tar.gz -C '$work/tar' --strip-components=1"
+  step ".tar.gz holds" holds tar README.txt LICENSE bin/kxdemo lib/libkxgraphic.so.1 lib/libmmgr.so include/kxgraphic/kxgraphic.h
+  step ".tar.gz: its demo runs" "$work/tar/bin/kxdemo" --list
+  step ".tar.gz: find_package" with_find_package tar
+  step ".tar.gz: pkg-config" with_pkg_config tar
+fi
+if compgen -G "$packages/libkxgraphic1_*.deb" >/dev/null; then
+  step ".deb unpack" unpack_debs
+  step ".deb hold" holds deb usr/lib/libkxgraphic.so.1 usr/lib/libmmgr.so usr/share/doc/libkxgraphic1/copyright
+  step ".deb: dependencies cover what the library needs" deb_depends
+  step ".deb: find_package" with_find_package deb /usr
+  step ".deb: pkg-config" with_pkg_config deb /usr
+fi
+step "add_subdirectory of the sources" with_sources
+if compgen -G "$packages/kxgraphic-*-win32.zip" >/dev/null; then
+  step ".zip unpacks" unzip_windows
+  step ".zip holds" holds win32 README.txt bin/kxgraphic.dll bin/mmgr.dll bin/kxdemo.exe lib/libkxgraphic.dll.a lib/libmmgr.dll.a \
+    lib/kxgraphic.def lib/mmgr.def include/kxgraphic/kxgraphic.h
+  step ".zip: find_package with mingw-w64" with_find_package_windows
+  ! command -v lld-link >/dev/null || step ".zip: import libraries of the .def files" with_def_files
+fi
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]
