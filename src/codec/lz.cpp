@@ -181,7 +181,7 @@ std::uint32_t compress(std::uint8_t* dst, const std::uint8_t* src, std::uint32_t
 class Decoder {
 public:
   Decoder(std::uint8_t* dst, std::uint32_t maxOut, const std::uint8_t* src, std::uint32_t srcLength)
-      : dst_(dst), maxOut_(maxOut), in_(src), left_(srcLength & ~3u) {}
+      : dst_(dst), maxOut_(maxOut), word_(src), left_(srcLength & ~3u) {}
 
   std::uint32_t run() {
     starts_ = makeHeapArray<std::uint32_t>(entryLimit + 1);
@@ -196,6 +196,8 @@ private:
   /// Source left over by then. A stream of the encoder makes more than a block of output from it, so that whatever was
   /// written ahead is written again, and nothing after the last byte of the output changes.
   static constexpr std::size_t blockMargin = 64;
+  static constexpr unsigned wordBytes = 4;
+  static constexpr unsigned wordBits = 8 * wordBytes;
 
   void makeEntry() {
     if (count_ == entryLimit) return;
@@ -209,19 +211,19 @@ private:
     starts_[0] = out_;
   }
 
-  std::uint32_t takeCode(std::uint32_t bits) {
-    const std::uint32_t code = (bits >> bit_) & ((1u << width_) - 1);
+  /// Reads no word before a code needs it, so that any length too great does as long as `maxOut` is right.
+  std::uint32_t takeCode() {
+    const bool needsTwo = bit_ + width_ > wordBits;
+    const unsigned skipped = needsTwo ? bit_ >> 3 : 0;  // bytes; the load then ends inside the second word
+    std::uint32_t bits;
+    std::memcpy(&bits, word_ + skipped, sizeof bits);
+    const std::uint32_t code = (bits >> (bit_ - 8 * skipped)) & ((1u << width_) - 1);
     bit_ += width_;
-    in_ += bit_ >> 3;
-    left_ -= bit_ >> 3;
-    bit_ &= 7;
+    const std::size_t finished = bit_ / wordBits * wordBytes;
+    word_ += finished;
+    left_ -= finished;
+    bit_ %= wordBits;
     return code;
-  }
-
-  static std::uint32_t load(const std::uint8_t* at) {
-    std::uint32_t word;
-    std::memcpy(&word, at, sizeof word);
-    return word;
   }
 
   /// The blocks may overlap beyond the bytes that count.
@@ -247,7 +249,7 @@ private:
   /// Far from both ends. False for a corrupt stream.
   bool decodeInBlocks() {
     while (left_ >= blockMargin && maxOut_ - out_ > 2 * block) {
-      const std::uint32_t code = takeCode(load(in_));
+      const std::uint32_t code = takeCode();
       if (code < clearCode) {
         dst_[out_++] = static_cast<std::uint8_t>(code);
         makeEntry();
@@ -272,9 +274,7 @@ private:
   /// To the end of the source or of the room. False for a corrupt stream.
   bool decodeExactly() {
     while (out_ < maxOut_ && std::uint64_t{left_} * 8 >= bit_ + width_) {
-      // Near the end a whole word is read from further back.
-      const unsigned back = left_ < 4 ? 4 - static_cast<unsigned>(left_) : 0;
-      const std::uint32_t code = takeCode(load(in_ - back) >> (8 * back));
+      const std::uint32_t code = takeCode();
       if (code < clearCode) {
         dst_[out_++] = static_cast<std::uint8_t>(code);
         makeEntry();
@@ -302,10 +302,10 @@ private:
 
   std::uint8_t* dst_;
   std::uint32_t maxOut_;
-  std::uint32_t out_ = 0;  ///< bytes written
-  const std::uint8_t* in_;
-  std::size_t left_;  ///< bytes of the source's whole words from *in_ on
-  unsigned bit_ = 0;  ///< of *in_, 0 to 7
+  std::uint32_t out_ = 0;     ///< bytes written
+  const std::uint8_t* word_;  ///< the word that the next code starts in
+  std::size_t left_;          ///< bytes of the source's whole words from there on
+  unsigned bit_ = 0;          ///< of that word, 0 to 31
   unsigned width_ = narrowest;
   std::uint32_t count_ = 0;          ///< entries made
   HeapArray<std::uint32_t> starts_;  ///< starts_[k], starts_[k + 1]: the ends of the string of entry k's code

@@ -62,8 +62,9 @@ struct Progress {
 };
 
 /// Unpacks in blocks as long as both ends are far: no branch on the kind of a packet. Blocks write ahead, but only over
-/// bytes that are wanted and that the rest of the source fills; they read ahead, but where the end of the source is not
-/// known only as far as the packets for the elements wanted must reach.
+/// bytes that are wanted. The rest of the source writes them again, unless it holds little but fillers or breaks off in
+/// a packet. Blocks read ahead, but where the end of the source is not known only as far as the packets for the
+/// elements wanted must reach.
 template <unsigned Size>
 void unpackBlocks(Progress& progress) {
   constexpr std::size_t packetAndMore = 1 + longestPacket * Size + 4 * Block<Size>::bytes;

@@ -53,10 +53,11 @@ Result changeBrightness(Bitmap* bitmap, const BrightnessRequest& request) {
 }
 
 Result changeBrightnessContrast(Bitmap* bitmap, const BrightnessRequest& request) {
-  KX_TRY(checkWritable(bitmap));
-  const auto inRange = [](std::int32_t value) { return value >= -256 && value <= 256; };
-  if (!inRange(request.brightness) || !inRange(request.contrast)) return Result::IllegalParameter;
-  return onLockedImage(bitmap, [&] { return changeBrightness(bitmap, request); });
+  return onLockedImage(bitmap, [&] {
+    const auto inRange = [](std::int32_t value) { return value >= -256 && value <= 256; };
+    if (!inRange(request.brightness) || !inRange(request.contrast)) return Result::IllegalParameter;
+    return changeBrightness(bitmap, request);
+  });
 }
 
 }  // namespace

@@ -47,6 +47,9 @@ inline bool findImageFormat(std::uint32_t format, ImageFormat& layout) {
   }
 }
 
+/// False for a record of no size, which only a stranger can have made. Operations find nothing to do there.
+inline bool hasPixels(const Bitmap& bitmap) { return bitmap.width > 0 && bitmap.height > 0; }
+
 /// `changeRow(row)` on every row of a plain bitmap.
 template <typename ChangeRow>
 void forEachRow(const Bitmap& plain, ChangeRow changeRow) {
@@ -56,6 +59,7 @@ void forEachRow(const Bitmap& plain, ChangeRow changeRow) {
 /// `change(Bitmap* plain)` on the bitmap or, where its rows are packed, on a plain copy that is packed again.
 template <typename Change>
 Result changePixels(Bitmap* bitmap, Change change) {
+  if (!hasPixels(*bitmap)) return Result::Ok;
   return hasPackedRows(bitmap->format) ? drawOnUnpacked(bitmap, change) : change(bitmap);
 }
 

@@ -18,8 +18,10 @@ std::uint64_t sumOfRow(ImageFormat layout, std::uint32_t pixelBytes, const std::
   return sum;
 }
 
+/// 0 for an image without pixels.
 /// Settled: an average of the rows' averages, each cut to an integer.
 Result averageOfRows(const Bitmap& bitmap, ImageFormat layout, std::uint32_t& luminance) {
+  if (!hasPixels(bitmap)) return Result::Ok;
   const auto width = static_cast<std::size_t>(bitmap.width);
   HeapArray<std::uint8_t> decoded;
   if (hasPackedRows(bitmap.format)) {

@@ -25,6 +25,7 @@ std::size_t rowBytes(const Bitmap& bitmap) {
 }
 
 Result mirrorX(const Bitmap& bitmap) {
+  if (!hasPixels(bitmap)) return Result::Ok;
   if (hasPackedRows(bitmap.format)) {
     if (isBadWritePointer(bitmap.rowTable)) return Result::BitmapDestroyed;
     exchangeRows(bitmap.height,

@@ -24,6 +24,7 @@ struct Stamp {
 
 /// Centres the pattern on a point and cuts it to the target. False when nothing remains.
 bool placeStamp(Stamp& stamp, const Bitmap& target, const Bitmap& pattern, Point at) {
+  if (pattern.width < 1 || pattern.height < 1) return false;
   stamp = {at.x - (pattern.width >> 1), at.y - (pattern.height >> 1), 0, 0, pattern.width, pattern.height};
   return KX_clipTwoRects(0, 0, pattern.width - 1, pattern.height - 1, &stamp.sx, &stamp.sy, &stamp.w, &stamp.h, 0, 0,
                          target.width - 1, target.height - 1, &stamp.dx, &stamp.dy) != 0;

@@ -147,6 +147,20 @@ TEST(Lz, SameStreamAsThePlainEncoder) {
   }
 }
 
+/// Callers that know how much they want need not know where the stream ends: nothing after its last code is read.
+TEST(Lz, AnyLengthBeyondTheStream) {
+  Random random(8);
+  for (int round = 0; round < 64; ++round) {
+    const Bytes data = makeData(round % kxtest::shapes, 1 + random.below(round < 32 ? 100 : 5000), 1, random);
+    const Bytes packed = compress(data);  // a block of its own, which ends with the stream
+    for (const std::uint32_t length : {0x10000000u, 0x7FFFFFFFu, 0x80000003u, 0xFFFFFFFFu}) {
+      Bytes out(data.size());
+      ASSERT_EQ(data.size(), LZ_decompress(out.data(), packed.data(), length, static_cast<std::uint32_t>(data.size())));
+      ASSERT_EQ(data, out) << round << ' ' << length;
+    }
+  }
+}
+
 TEST(Lz, ClearsAFullDictionary) {
   Random random(5);
   for (const int shape : {0, 6, 7}) {

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bitmap/own_methods.h"
@@ -222,10 +224,42 @@ TEST_F(Refusals, ImageOperations) {
     EXPECT_EQ(5u, operation(image));
     image->methods = methods;
   }
-  for (const std::int32_t bad : {-257, 257}) {
-    EXPECT_EQ(7u, KX_changeBrightnessContrast(image, bad, 0, 0));
-    EXPECT_EQ(7u, KX_changeBrightnessContrastTransparent(image, 0, bad, 0));
+  // The ranges are tested on a locked image, which is unlocked again.
+  std::uint8_t* const pixels = image->pixels;
+  for (const std::int32_t bad : {-257, 257})
+    for (const auto function : {KX_changeBrightnessContrast, KX_changeBrightnessContrastTransparent})
+      for (const auto& [brightness, contrast] : {std::pair{bad, 0}, std::pair{0, bad}}) {
+        EXPECT_EQ(7u, function(image, brightness, contrast, 0));
+        EXPECT_EQ(7u, function(monoImage, brightness, contrast, 0));
+        image->pixels = nullptr;
+        EXPECT_EQ(0x2001u, function(image, brightness, contrast, 0));
+        image->pixels = pixels;
+        EXPECT_EQ(0u, locks());
+      }
+}
+
+/// Records of a stranger that have no size: nothing to do, and nothing is touched.
+TEST_F(Refusals, ImagesWithoutPixels) {
+  const Image packed(packedDepths);
+  for (Bitmap* const bitmap : {static_cast<Bitmap*>(image), static_cast<Bitmap*>(zBuffer), static_cast<Bitmap*>(packed),
+                               static_cast<Bitmap*>(monoImage)}) {
+    const std::int32_t width = bitmap->width;
+    const std::int32_t height = bitmap->height;
+    for (const auto& [w, h] : {std::pair{0, 4}, std::pair{4, 0}, std::pair{-1, 4}, std::pair{4, INT32_MIN}}) {
+      bitmap->width = w;
+      bitmap->height = h;
+      for (const auto function : {KX_grayScale, KX_invertBitmap, KX_mirrorBitmapX, KX_mirrorBitmapY})
+        EXPECT_EQ(0u, function(bitmap));
+      EXPECT_EQ(0u, KX_changeBrightnessContrast(bitmap, 9, 9, -1));
+      EXPECT_EQ(bitmap == monoImage ? 128u : 0u, KX_getAverageLuminance(bitmap));
+      if (bitmap == zBuffer) continue;
+      // As a pattern it leaves no stamp.
+      EXPECT_EQ(0u, KX_drawPatternLine(zBuffer, 0, 0, 3, 3, 1, bitmap));
+    }
+    bitmap->width = width;
+    bitmap->height = height;
   }
+  EXPECT_EQ(0u, locks());
 }
 
 /// Every allocation on the way through a packed target can fail; its image stays, and nothing is lost.
