@@ -67,12 +67,6 @@ function(kx_export_list target)
   set(names ${functions})
   list(TRANSFORM names REPLACE "@.*" "")
 
-  # For the tests: what both binaries must export.
-  list(JOIN functions "\n" text)
-  file(CONFIGURE OUTPUT ${folder}/functions.txt CONTENT "${text}\n" @ONLY)
-  list(JOIN tables "\n" text)
-  file(CONFIGURE OUTPUT ${folder}/tables.txt CONTENT "${text}\n" @ONLY)
-
   if(WIN32)
     set(exports ${functions})
     list(TRANSFORM exports REPLACE "(.+)" "  \"_\\1\" = \"\\1\"\n")

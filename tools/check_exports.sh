@@ -1,31 +1,34 @@
 #!/bin/bash
-# Compares the names that a built library exports with the list: tools/check_exports.sh build/<preset>/<library>
+# Compares the names that a built library exports with those that its snapshot promises (docs/versioning.md):
+#   tools/check_exports.sh build/<preset>/<library>
 # SPDX-License-Identifier: MIT
 library=$1
 [ -e "$library" ] || { echo "$library is not there"; echo "0 passed, 1 failed"; exit 1; }
-lists=$(dirname "$library")/exports
+snapshots=$(dirname "$0")/../tests/interface/snapshot
 expected=$(mktemp)
 found=$(mktemp)
 trap 'rm -f "$expected" "$found"' EXIT
 
+promised() { sed -n 's/^export //p' "$snapshots/$1" | LC_ALL=C sort >"$expected"; }
+
 case $library in
-  *.dll) # decorated names, and the tables
-    { sed 's/^/_/' "$lists/functions.txt"; cat "$lists/tables.txt"; } | sed '/^_*$/d' | sort >"$expected"
+  *.dll)
+    promised win32.txt
     i686-w64-mingw32-objdump -p "$library" | awk '
       /^\[Ordinal\/Name Pointer\] Table/ { names = 1; next }
       names && /^[[:space:]]*\[ *[0-9]+\]/ { print $NF; next }
-      names { exit }' | sort >"$found"
+      names { exit }' | LC_ALL=C sort >"$found"
     ;;
-  *) # plain names, their aliases with an underscore, and the tables
-    { sed 's/@.*//; p; s/^/_/' "$lists/functions.txt"; cat "$lists/tables.txt"; } | sed '/^_*$/d' | sort >"$expected"
-    nm --dynamic --defined-only "$library" | awk '{ print $3 }' | sort >"$found"
+  *)
+    promised linux-x86-64.txt
+    nm --dynamic --defined-only "$library" | awk '{ print $3 }' | LC_ALL=C sort >"$found"
     ;;
 esac
 
-comm -23 "$expected" "$found" | sed "s|^|$library lacks |"
-comm -13 "$expected" "$found" | sed "s|^|$library exports against the list: |"
-passed=$(comm -12 "$expected" "$found" | wc -l)
-failed=$(comm -3 "$expected" "$found" | wc -l)
+LC_ALL=C comm -23 "$expected" "$found" | sed "s|^|$library lacks |"
+LC_ALL=C comm -13 "$expected" "$found" | sed "s|^|$library exports without a promise: |"
+passed=$(LC_ALL=C comm -12 "$expected" "$found" | wc -l)
+failed=$(LC_ALL=C comm -3 "$expected" "$found" | wc -l)
 [ -s "$found" ] || failed=$((failed + 1))
 echo "$passed passed, $failed failed"
 [ "$failed" = 0 ]

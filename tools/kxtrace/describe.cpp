@@ -2,27 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "describe.h"
 
-#include <algorithm>
-#include <iterator>
+#include <string_view>
 
+#include "kxgraphic/error_text.h"
 #include "original.h"
 
 namespace kxtrace {
 
 namespace {
-
-struct Fault {
-  std::uint32_t code;
-  const char* name;
-};
-
-constexpr Fault faults[] = {
-#define KX_ERROR_GROUP(name, text)
-#define KX_ERROR(code, leaf, group, text, english) {code, #leaf},
-#include "kxgraphic/exports/errors.inc"
-#undef KX_ERROR_GROUP
-#undef KX_ERROR
-};
 
 /// The record behind a handle, when it can be read.
 template <typename Record>
@@ -117,9 +104,9 @@ bool describeOutput(Line& line, std::uint32_t* cell) {
 
 void describeCode(Line& line, std::uint32_t code) {
   if (code == 0) return line.add("0");
-  line.add("0x%04X", static_cast<unsigned>(code));
-  const auto* fault = std::find_if(std::begin(faults), std::end(faults), [code](Fault f) { return f.code == code; });
-  line.add(" %s", fault == std::end(faults) ? "(no fault of the library)" : fault->name);
+  std::string_view name = kxErrorName(code);
+  if (name.starts_with("KX_")) name = name.substr(3, name.rfind('_') - 3);
+  line.add("0x%04X %.*s", static_cast<unsigned>(code), static_cast<int>(name.size()), name.data());
 }
 
 }  // namespace kxtrace

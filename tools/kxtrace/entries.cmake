@@ -21,7 +21,7 @@ function(kxtrace_write_entries file)
       set(arguments ", ${names}")
     endif()
     string(APPEND text "\n${result} KX_CALL ${name}(${parameters}) {\n"
-           "  static kxtrace::Entry entry{\"${name}\", \"${names}\", kxtrace::answerOf(\"${name}\", &${name})};\n"
+           "  static kxtrace::Entry entry{\"${name}\", \"${names}\", kxtools::answerOf(\"${name}\", \"${result}\")};\n"
            "  return kxtrace::pass(entry, &${name}${arguments});\n}\n")
   endforeach()
   string(REPLACE ";" "$<SEMICOLON>" text "${text}")

@@ -11,12 +11,12 @@
 
 #include <cstdint>
 
+#include "common/answers.h"
 #include "line.h"
 
 namespace kxtrace {
 
-/// What the number that a function returns says.
-enum class Answer { Code, Value, Flag };
+using kxtools::Answer;
 
 /// An exported function; there is one record of each that was called.
 struct Entry {

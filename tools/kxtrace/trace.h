@@ -11,32 +11,6 @@
 
 namespace kxtrace {
 
-namespace detail {
-
-inline constexpr std::string_view valueNames[] = {
-#define KX_VALUE(name) #name,
-#include "kxgraphic/exports/values.inc"
-#undef KX_VALUE
-};
-
-}  // namespace detail
-
-constexpr Answer answerOf(std::string_view name, std::uint32_t) {
-  for (const std::string_view value : detail::valueNames)
-    if (value == name) return Answer::Value;
-  return Answer::Code;
-}
-constexpr Answer answerOf(std::string_view, std::int32_t) { return Answer::Value; }
-// Settled: KX_isVerticalBlank answers 0 without having failed.
-constexpr Answer answerOf(std::string_view name, std::uint8_t) {
-  return name == "KX_isVerticalBlank" ? Answer::Value : Answer::Flag;
-}
-
-template <typename Value, typename... Parameters>
-constexpr Answer answerOf(std::string_view name, Value(KX_CALL*)(Parameters...)) {
-  return answerOf(name, Value());
-}
-
 template <typename Value>
 bool failed(Answer answer, Value value) {
   return (answer == Answer::Code && value != 0) || (answer == Answer::Flag && value == 0);
