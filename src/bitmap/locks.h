@@ -8,7 +8,11 @@
 
 namespace kx {
 
-inline Result lockOnly(Bitmap* bitmap) { return fromCode(bitmap->methods->lock(bitmap)); }
+/// MethodTableDestroyed when the bitmap has no table to lock it through.
+inline Result lockOnly(Bitmap* bitmap) {
+  if (isBadReadPointer(bitmap->methods)) return Result::MethodTableDestroyed;
+  return fromCode(bitmap->methods->lock(bitmap));
+}
 
 /// Locks and then requires writable pixel memory (BitmapDestroyed, with the lock still raised).
 /// Settled: no operation lowers a lock again when a later step fails, so this is no guard object.

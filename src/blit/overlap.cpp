@@ -2,7 +2,6 @@
 #include "blit/overlap.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "bitmap/view.h"
 
@@ -10,12 +9,12 @@ namespace kx {
 
 namespace {
 
-/// Addresses from `begin` to before `end`.
+/// Bytes from `begin` to before `end`.
 struct Range {
   std::uintptr_t begin = 0, end = 0;
-};
 
-bool meet(const Range& a, const Range& b) { return a.begin < b.end && b.begin < a.end; }
+  [[nodiscard]] bool meets(const Range& other) const { return begin < other.end && other.begin < end; }
+};
 
 /// The most by which a run goes past the right edge, in pixels.
 constexpr std::int64_t longestOverrun = 128;
@@ -25,13 +24,29 @@ Range rangeOf(const void* first, std::int64_t size) {
   return {begin, begin + static_cast<std::uintptr_t>(size)};
 }
 
-/// A rectangle of rows, from its first byte to its last, whichever way the rows go.
-Range rowsRange(const Plane& plane, std::int64_t rowBytes, std::int64_t height) {
-  if (plane.start == nullptr) return {};
-  const std::int64_t down = (height - 1) * plane.pitch;
-  return rangeOf(plane.row(down < 0 ? height - 1 : 0), std::max(down, -down) + rowBytes);
+/// The bytes that each row of a rectangle takes. Empty where there is no rectangle.
+struct Area {
+  Plane plane;
+  std::int64_t rowBytes = 0;
+  std::int32_t height = 0;
+
+  [[nodiscard]] Range row(std::int64_t y) const { return rangeOf(plane.row(y), rowBytes); }
+
+  /// From the first byte to the last, whichever way the rows go.
+  [[nodiscard]] Range envelope() const {
+    if (plane.start == nullptr) return {};
+    const std::int64_t down = std::int64_t{height - 1} * plane.pitch;
+    return rangeOf(plane.row(down < 0 ? height - 1 : 0), std::max(down, -down) + rowBytes);
+  }
+};
+
+/// Bits `first` to before `first + count` of each row.
+Area bitArea(Plane plane, std::size_t first, std::int32_t count, std::int32_t height) {
+  plane.start += first / 8;
+  return {plane, (static_cast<std::int64_t>(first % 8) + count + 7) / 8, height};
 }
 
+/// All that decoding the rows may read.
 Range packedRange(const BlitPlan& plan, const BlitRequest& r) {
   const auto [least, greatest] = std::minmax_element(plan.packedRows, plan.packedRows + r.from.h);
   // A pixel takes at most a header and its own bytes.
@@ -40,33 +55,40 @@ Range packedRange(const BlitPlan& plan, const BlitRequest& r) {
   return rangeOf(plan.source.start + *least, std::int64_t{*greatest} - *least + longestRow);
 }
 
-Range sourceRange(const BlitPlan& plan, const BlitRequest& r) {
-  switch (plan.fetch) {
-    case Fetch::Rows:
-      return rowsRange(plan.source, std::int64_t{r.from.w} * static_cast<std::int64_t>(plan.sourceBytes), r.from.h);
-    case Fetch::Bits:
-      return rowsRange(plan.source, (std::int64_t{r.from.x} + r.from.w + 7) / 8, r.from.h);
-    case Fetch::Packed:
-      return packedRange(plan, r);
-    default:
-      return {};
-  }
+/// Rows meet while one of them is drawn, or only across rows.
+Sharing compare(const BlitPlan& plan, const Area& written, const Area& other, bool otherIsStretched) {
+  if (!written.envelope().meets(other.envelope())) return Sharing::None;
+  for (std::int32_t y = 0; y < plan.height; ++y)
+    if (written.row(y).meets(other.row(otherIsStretched ? plan.sourceRow(y) : y))) return Sharing::SameRow;
+  return Sharing::OtherRows;
 }
 
 }  // namespace
 
-bool sharesMemory(const BlitPlan& plan, const BlitRequest& r) {
+Sharing sharedMemory(const BlitPlan& plan, const BlitRequest& r) {
   const std::int64_t overrun = plan.overruns ? longestOverrun : 0;
-  const std::int64_t width = std::int64_t{r.to.w} + overrun;
-  const std::int64_t rowBytes = plan.destinationBits ? (std::int64_t{r.to.x} + r.to.w + 7) / 8
-                                                     : width * static_cast<std::int64_t>(plan.destinationBytes);
-  const Range target = rowsRange(plan.destination, rowBytes, r.to.h);
-  const Range depths = rowsRange(plan.zBuffer, width, r.to.h);
-  const Range read[] = {sourceRange(plan, r), rowsRange(plan.zMap, r.from.w + overrun, r.from.h),
-                        rowsRange(plan.alphamap, r.from.w + overrun, r.from.h)};
-  if (meet(target, depths)) return true;
-  return std::any_of(std::begin(read), std::end(read),
-                     [&](const Range& range) { return meet(target, range) || meet(depths, range); });
+  const std::int64_t width = r.to.w + overrun, sourceWidth = r.from.w + overrun;
+  const Area target = plan.destinationBits
+                          ? bitArea(plan.destination, plan.destinationX, r.to.w, r.to.h)
+                          : Area{plan.destination, width * static_cast<std::int64_t>(plan.destinationBytes), r.to.h};
+  const Area depths{plan.zBuffer, width, r.to.h};
+  Sharing sharing = plan.zBuffer.start != nullptr ? compare(plan, target, depths, false) : Sharing::None;
+  const auto readsFrom = [&](const Area& read) {
+    if (read.plane.start == nullptr) return;
+    sharing = std::max(sharing, compare(plan, target, read, true));
+    if (plan.zBuffer.start != nullptr) sharing = std::max(sharing, compare(plan, depths, read, true));
+  };
+  readsFrom({plan.zMap, sourceWidth, r.from.h});
+  readsFrom({plan.alphamap, sourceWidth, r.from.h});
+  if (plan.fetch == Fetch::Rows)
+    readsFrom({plan.source, r.from.w * static_cast<std::int64_t>(plan.sourceBytes), r.from.h});
+  if (plan.fetch == Fetch::Bits) readsFrom(bitArea(plan.source, plan.sourceX, r.from.w, r.from.h));
+  // Where the packets of a row lie is not known before they are read.
+  if (plan.fetch == Fetch::Packed) {
+    const Range packets = packedRange(plan, r);
+    if (packets.meets(target.envelope()) || packets.meets(depths.envelope())) sharing = Sharing::SameRow;
+  }
+  return sharing;
 }
 
 }  // namespace kx

@@ -1,4 +1,4 @@
-// Whether what a blit writes may be what it reads.
+// Whether what a blit writes is also what it reads.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,8 +6,7 @@
 
 namespace kx {
 
-/// True when the destination or the Z buffer may share memory with each other or with anything that is read. May say so
-/// for rectangles that lie side by side in the same rows.
-bool sharesMemory(const BlitPlan& plan, const BlitRequest& request);
+/// How the destination and the Z buffer share memory with each other and with what is read.
+Sharing sharedMemory(const BlitPlan& plan, const BlitRequest& request);
 
 }  // namespace kx

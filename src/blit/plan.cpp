@@ -3,6 +3,7 @@
 #include "blit/plan.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "bitmap/palette.h"
 #include "bitmap/view.h"
@@ -15,6 +16,7 @@ namespace {
 
 /// End of a plain bitmap's pixel block, with the spare row that the library's own blocks have.
 const std::uint8_t* blockEnd(const Bitmap& bitmap) {
+  if (bitmap.pitch < 0) return bitmap.pixels - bitmap.pitch;  // rows go upwards from the last of the block
   const bool borrowed = (bitmap.flags & KX_BORROWED_PIXELS) != 0;
   return rowAddress(bitmap, bitmap.height) + (borrowed ? 0 : bitmap.pitch);
 }
@@ -118,6 +120,16 @@ void planCombine(BlitPlan& plan, const BlitRequest& r) {
   plan.alpha = static_cast<std::uint32_t>(r.alpha);
 }
 
+/// Rows of what is written do not reach into each other, as those of a Z buffer of an odd format may.
+bool rowsAreApart(const BlitPlan& plan) {
+  const auto apart = [](const Plane& plane, std::int64_t rowBytes) {
+    return plane.start == nullptr || std::abs(std::int64_t{plane.pitch}) >= rowBytes;
+  };
+  const std::int64_t width = plan.width;
+  return apart(plan.zBuffer, width) &&
+         apart(plan.destination, width * static_cast<std::int64_t>(plan.destinationBytes));
+}
+
 }  // namespace
 
 Result makePlan(BlitPlan& plan, const FamilyRules& family, const BlitRequest& r) {
@@ -139,7 +151,9 @@ Result makePlan(BlitPlan& plan, const FamilyRules& family, const BlitRequest& r)
   plan.zMap = bytePlane(r.zMap, r.from);
   plan.alphamap = bytePlane(r.alphamap, r.from);
   plan.z = r.z;
-  plan.pixelByPixel = r.to.w > 0 && r.to.h > 0 && sharesMemory(plan, r);
+  const Sharing sharing = r.to.w > 0 && r.to.h > 0 ? sharedMemory(plan, r) : Sharing::None;
+  plan.strips = plan.stretched && sharing == Sharing::None && rowsAreApart(plan);
+  plan.pixelByPixel = sharing == Sharing::SameRow;
   plan.wordByWord = plan.pixelByPixel && !plan.stretched && r.variant == Variant{BlitRule::Copy, BlitDepth::None} &&
                     plan.fetch == Fetch::Rows && plan.lookupTable == nullptr && plan.convert == nullptr;
   return Result::Ok;

@@ -20,6 +20,10 @@ enum class Fetch : std::uint8_t {
   Nothing,  ///< a format without pixels: all values are 0
 };
 
+/// What memory a blit reads of what it writes. Rows are drawn one after the other, so that what a row shares with
+/// earlier and later ones only needs their order kept.
+enum class Sharing : std::uint8_t { None, OtherRows, SameRow };
+
 /// Rows of bytes from the rectangle's top left corner on; `end` is the end of their block.
 struct Plane {
   std::uint8_t* start = nullptr;
@@ -61,8 +65,12 @@ struct BlitPlan {
   Plane zBuffer, zMap, alphamap;  ///< `start` null where the variant has none
   std::int32_t z;
 
-  bool pixelByPixel;  ///< memory is shared: keep the order of a plain loop
+  bool strips;        ///< stretched, and its rows are so far apart that they may be drawn strip by strip
+  bool pixelByPixel;  ///< rows share memory with what they are made of: keep the order of a plain loop
   bool wordByWord;    ///< and of a plain copy, which goes by words of four bytes
+
+  /// The row of the source rectangle that a row of the destination rectangle shows.
+  [[nodiscard]] std::int64_t sourceRow(std::int32_t y) const { return stretched ? (y * stepY) >> 16 : y; }
 };
 
 /// Tests palettes, makes missing translations, and chooses. PaletteDestroyed, OutOfMemory.

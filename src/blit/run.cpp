@@ -1,6 +1,8 @@
 // The one loop over rows and chunks: fetch, translate, test, combine, store.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cstring>
+#include <functional>
 #include <optional>
 
 #include "blit/packed_reader.h"
@@ -24,7 +26,7 @@ public:
   /// Stretches go strip by strip, so that columns are stepped once and repeated rows are still at hand.
   void run() {
     const auto width = static_cast<std::size_t>(plan_.width);
-    const std::size_t strip = plan_.stretched && !plan_.pixelByPixel ? longestChunk : width;
+    const std::size_t strip = plan_.strips ? longestChunk : width;
     for (std::size_t left = 0; left < width; left += strip) {
       fetchedRow_ = -1;
       for (std::int32_t y = 0; y < plan_.height; ++y) drawRow(y, left, std::min(left + strip, width));
@@ -36,9 +38,8 @@ private:
 
   void drawRow(std::int32_t y, std::size_t left, std::size_t right) {
     y_ = y;
-    sourceRow_ = plan_.stretched ? (y * plan_.stepY) >> 16 : y;
-    // A chunk's buffers still hold the row only where the chunk is the whole strip.
-    repeated_ = plan_.stretched && !plan_.pixelByPixel && sourceRow_ == fetchedRow_;
+    sourceRow_ = plan_.sourceRow(y);
+    repeated_ = plan_.strips && sourceRow_ == fetchedRow_;  // the buffers hold the whole strip
     fetchedRow_ = sourceRow_;
     if (plan_.fetch == Fetch::Packed && !repeated_) right = openPackedRow(right);
     for (std::size_t x = left; x < right;) {
@@ -208,11 +209,16 @@ void runInPlace(const BlitPlan& plan) {
   }
 }
 
+/// A plain copy within the same rows. Towards the right it repeats what it has just written, four bytes at a time.
 void copyWords(const BlitPlan& plan) {
   const std::size_t bytes = static_cast<std::size_t>(plan.width) * plan.sourceBytes;
   for (std::int32_t y = 0; y < plan.height; ++y) {
     std::uint8_t* dst = plan.destination.row(y);
     const std::uint8_t* src = plan.source.row(y);
+    if (std::less_equal<>()(static_cast<const std::uint8_t*>(dst), src)) {
+      std::memmove(dst, src, bytes);
+      continue;
+    }
     std::size_t i = 0;
     for (; i + 4 <= bytes; i += 4) store32(dst + i, load32(src + i));
     for (; i < bytes; ++i) dst[i] = src[i];

@@ -87,11 +87,16 @@ const std::vector<Fault>& faults() {
        },
        0x2005, 0x2005},
       {"alpha map without rows", [](Scene& s) { s.alphamap.record()->pitch = 0; }, 0x2005, 0x2005},
+      {"destination's methods", [](Scene& s) { s.dst.record()->methods = nullptr; }, 5, 5},
       {"destination's lock", [](Scene& s) { s.dst.record()->methods = &s.refusing; }, 0x200A, 0x200A, 0, 0},
       {"destination's pixels", [](Scene& s) { s.dst.record()->pixels = nullptr; }, 0x2001, 0x2001, 0, 0},
+      {"source's methods", [](Scene& s) { s.src.record()->methods = bad<BitmapMethods>(); }, 5, 5, 10000, 10000},
       {"source's lock", [](Scene& s) { s.src.record()->methods = &s.refusing; }, 0x200A, 0x200A, 10000, 10000},
+      {"Z buffer's methods", [](Scene& s) { s.zbuffer.record()->methods = nullptr; }, 5, 5, 11000, 11000},
       {"Z buffer's lock", [](Scene& s) { s.zbuffer.record()->methods = &s.refusing; }, 0x200A, 0x200A, 11000, 11000},
+      {"alpha map's methods", [](Scene& s) { s.alphamap.record()->methods = nullptr; }, 5, 5, 11100, 11100},
       {"alpha map's lock", [](Scene& s) { s.alphamap.record()->methods = &s.refusing; }, 0x200A, 0x200A, 11100, 11100},
+      {"Z map's methods", [](Scene& s) { s.zmap.record()->methods = nullptr; }, 5, 5, 11110, 11110},
       {"Z map's lock", [](Scene& s) { s.zmap.record()->methods = &s.refusing; }, 0x200A, 0x200A, 11110, 11110},
   };
   return list;

@@ -1,93 +1,70 @@
-// What random comparison does not reach: shared memory, empty and huge sizes, translations that are made and stay.
+// What random comparison does not reach: odd Z buffers, upside-down bitmaps, huge sizes, translations that stay.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <vector>
 
 #include "kxgraphic/kxgraphic.h"
-#include "support/blit_call.h"
 #include "support/test_image.h"
 
 namespace {
 
-using kxtest::BlitCall;
-using kxtest::Depth;
 using kxtest::Random;
-using kxtest::Rule;
 using kxtest::TestImage;
 
-/// A blit inside one bitmap, which serves as Z buffer and maps too, one pixel after the other.
-void naive(std::vector<std::uint8_t>& m, std::int64_t pitch, const BlitCall& c, std::int64_t bytes) {
-  for (std::int64_t y = 0; y < c.dh; ++y)
-    for (std::int64_t x = 0; x < c.dw; ++x) {
-      const auto at = [&](std::int64_t column, std::int64_t row) {
-        return static_cast<std::size_t>(row * pitch + column);
-      };
-      const std::int64_t sx = c.sx + (c.stretch ? x * (c.sw * 65536LL / c.dw) / 65536 : x);
-      const std::int64_t sy = c.sy + (c.stretch ? y * (c.sh * 65536LL / c.dh) / 65536 : y);
-      std::vector<std::uint8_t> s(3), zero(3);
-      std::memcpy(s.data(), &m[at(sx * bytes, sy)], static_cast<std::size_t>(bytes));
-      if (c.transparent() && s == zero) continue;
-      if (c.depth == Depth::ZBuffer) {
-        std::uint8_t& depth = m[at(c.dx + x, c.dy + y)];
-        if (c.z > depth) continue;
-        depth = static_cast<std::uint8_t>(c.z);
-      }
-      std::uint8_t* d = &m[at((c.dx + x) * bytes, c.dy + y)];
-      for (std::int64_t i = 0; i < bytes; ++i) {
-        if (c.constantAlpha())
-          d[i] = static_cast<std::uint8_t>(((255 - c.alpha) * s[static_cast<std::size_t>(i)] + c.alpha * d[i]) / 255);
-        else
-          d[i] = s[static_cast<std::size_t>(i)];
-      }
+/// A Z buffer of one bit a pixel is read by the byte, so that its rows reach into each other.
+TEST(SpecialBlits, WideStretchesGoRowByRowOverAnOddZBuffer) {
+  Random random(16);
+  TestImage source(random, 3, 700, 4, false), target(random, 3, 1400, 6, false), depths(random, 3, 1400, 8, false);
+  Bitmap odd = *depths.record();
+  odd.format = 0;
+  odd.pitch = 300;
+  odd.height = 37;
+  for (std::uint8_t& byte : depths.memory()) byte = static_cast<std::uint8_t>(random());
+  std::vector<std::uint8_t> z(odd.pixels, odd.pixels + 300 * 37);
+  TestImage zmap(random, 3, 700, 4, false);
+  std::vector<std::uint8_t> expected = target.memory();
+  std::uint8_t* const pixels = expected.data() + target.blockStart();
+  for (std::size_t y = 0; y < 6; ++y)
+    for (std::size_t x = 0; x < 1400; ++x) {
+      const std::size_t sy = y * (4 * 65536 / 6) / 65536;
+      const std::uint8_t depth = zmap.record()->pixels[sy * 700 + x / 2];
+      if (depth > z[y * 300 + x]) continue;
+      z[y * 300 + x] = depth;
+      pixels[y * static_cast<std::size_t>(target.record()->pitch) + x] =
+          source.record()->pixels[sy * static_cast<std::size_t>(source.record()->pitch) + x / 2];
     }
+  zmap.record()->pitch = 700;
+  ASSERT_EQ(0u,
+            KX_bltStretchZMap(target.record(), &odd, 0, 0, 1400, 6, source.record(), 0, 0, 700, 4, zmap.record(), 0));
+  EXPECT_TRUE(expected == target.memory());
+  EXPECT_TRUE(std::equal(z.begin(), z.end(), odd.pixels));
 }
 
-/// A plain copy of whole rows goes by words of four bytes, then by the bytes that remain.
-void naiveWords(std::vector<std::uint8_t>& m, std::int64_t pitch, const BlitCall& c, std::int64_t bytes) {
-  for (std::int64_t y = 0; y < c.dh; ++y) {
-    std::uint8_t* d = m.data() + (c.dy + y) * pitch + c.dx * bytes;
-    const std::uint8_t* s = m.data() + (c.sy + y) * pitch + c.sx * bytes;
-    for (std::int64_t i = 0; i < c.dw * bytes;) {
-      const std::int64_t step = c.dw * bytes - i >= 4 ? 4 : 1;
-      std::uint8_t word[4];
-      std::memcpy(word, s + i, static_cast<std::size_t>(step));
-      std::memcpy(d + i, word, static_cast<std::size_t>(step));
-      i += step;
-    }
-  }
-}
-
-TEST(SpecialBlits, SharedMemoryKeepsTheOrderOfAPlainLoop) {
-  Random random(11);
-  for (int run = 0; run < 600; ++run) {
-    const std::uint32_t format = random() % 2 == 0 ? 3 : 7;
-    TestImage image(random, format, 60, 12, false);
-    Bitmap* bitmap = image.record();
-    BlitCall call;
-    call.stretch = random() % 2 != 0;
-    call.rule = static_cast<Rule>(random() % 4);
-    call.depth = random() % 3 == 0 ? Depth::ZBuffer : Depth::None;
-    call.dst = call.src = call.zbuffer = bitmap;
-    // As a Z buffer it has to say that it is of format 3.
-    if (format != 3) call.depth = Depth::None;
-    call.dw = kxtest::between(random, 1, 50);
-    call.dh = kxtest::between(random, 1, 8);
-    call.sw = call.stretch ? kxtest::between(random, 1, 50) : call.dw;
-    call.sh = call.stretch ? kxtest::between(random, 1, 8) : call.dh;
-    call.dx = kxtest::between(random, 0, 10);
-    call.sx = kxtest::between(random, 0, 10);
-    call.dy = kxtest::between(random, 0, 4);
-    call.sy = kxtest::between(random, 0, 4);
-    call.alpha = call.z = kxtest::between(random, 0, 255);
-    std::vector<std::uint8_t> expected(image.memory().begin() + static_cast<std::ptrdiff_t>(image.blockStart()),
-                                       image.memory().end());
-    const bool words = !call.stretch && call.rule == Rule::Copy && call.depth == Depth::None;
-    (words ? naiveWords : naive)(expected, bitmap->pitch, call, format == 3 ? 1 : 3);
-    ASSERT_EQ(0u, kxtest::callBlit(call));
-    ASSERT_TRUE(std::equal(expected.begin(), expected.end(), bitmap->pixels)) << "run " << run;
-  }
+/// Rows that go upwards in memory end their block with the first row.
+TEST(SpecialBlits, RunsBeyondTheEdgeStopAtTheBlockOfUpsideDownBitmaps) {
+  Random random(17);
+  TestImage target(random, 3, 40, 3, false);
+  Bitmap upsideDown = *target.record();
+  upsideDown.pixels += 2 * upsideDown.pitch;
+  upsideDown.pitch = -upsideDown.pitch;
+  upsideDown.flags = KX_BORROWED_PIXELS;
+  // One run of 100 pixels, entered at its second.
+  std::uint8_t row[] = {static_cast<std::uint8_t>(1 - 100), 0x77};
+  std::uint32_t rows[] = {0};
+  Bitmap source = upsideDown;
+  source.format = KX_FORMAT_GREY | KX_STORAGE_PACKED;
+  source.width = 100;
+  source.height = 1;
+  source.pixels = row;
+  source.rowTable = rows;
+  const std::vector<std::uint8_t> before = target.memory();
+  ASSERT_EQ(0u, KX_bltCopy(&upsideDown, 10, 0, &source, 1, 0, 5, 1));
+  const std::size_t first = target.blockStart() + 2 * static_cast<std::size_t>(-upsideDown.pitch) + 10;
+  const std::size_t end = target.blockStart() + 3 * static_cast<std::size_t>(-upsideDown.pitch);
+  for (std::size_t i = 0; i < before.size(); ++i)
+    ASSERT_EQ(i >= first && i < end ? 0x77 : before[i], target.memory()[i]) << i;
 }
 
 TEST(SpecialBlits, StretchesFromBeyond32767Pixels) {

@@ -29,6 +29,7 @@ public:
   TestImage& operator=(const TestImage&) = delete;
 
   Bitmap* record() { return &record_; }
+  const Bitmap& constRecord() const { return record_; }
 
   /// The whole memory, guards included; of a packed picture the guards and the stream.
   std::vector<std::uint8_t>& memory() { return memory_; }
