@@ -1,5 +1,6 @@
-/* kxgraphic: the memory manager, a library of its own (mmgr.dll, libmmgr.so) that a program may replace by one with these
- * two functions. Blocks that kxgraphic hands over for good are released with mmgr_free.
+/* kxgraphic: the memory manager, a library of its own (mmgr.dll, libmmgr.so) that a program may replace by one with
+ * these two functions. Blocks that kxgraphic hands over for good are released with mmgr_free.
+ *
  * SPDX-License-Identifier: MIT */
 #ifndef KXGRAPHIC_MMGR_H
 #define KXGRAPHIC_MMGR_H

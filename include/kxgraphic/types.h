@@ -60,26 +60,26 @@ enum KxBitmapFlags {
 struct Bitmap {
   BitmapMethods* methods; /**< table given at creation; the bitmap is locked and drawn through it */
   uint32_t version;       /**< always 0x10000 */
-  uint32_t lockCount;
-  int32_t width;  /**< pixels, above 0 */
-  int32_t height; /**< rows, above 0 */
-  uint32_t reserved6;
-  uint32_t format; /**< format code in bits 0-3, storage in bits 4-5, creation flags above */
-  uint32_t flags;  /**< KxBitmapFlags */
-  uint32_t reserved9;
-  int32_t pitch; /**< bytes from row to row; 0 for packed storage */
-  uint8_t* pixels;
-  uint32_t* rowTable; /**< packed storage: byte offset of each row in pixels; else null */
-  uint8_t* palette;   /**< format 4: 256 entries of blue, green, red; else null */
-  uint16_t* table15;  /**< palette index to 5-5-5 pixel, or null */
-  uint16_t* table16;  /**< palette index to 5-6-5 pixel, or null */
-  uint8_t* table8;    /**< palette index to grey, or null */
-  uint32_t reserved17;
-  uint32_t reserved18;
-  uint32_t extra1; /**< the caller's, carried by clone and KX_createFromData */
-  uint32_t extra2; /**< the caller's, carried by clone and KX_createFromData */
-  uint32_t reserved21;
-  uint32_t reserved22;
+  uint32_t lockCount;     /**< KX_lock raises it, KX_unlock lowers it */
+  int32_t width;          /**< pixels, above 0 */
+  int32_t height;         /**< rows, above 0 */
+  uint32_t reserved6;     /**< 0 */
+  uint32_t format;        /**< format code in bits 0-3, storage in bits 4-5, creation flags above */
+  uint32_t flags;         /**< KxBitmapFlags */
+  uint32_t reserved9;     /**< 0 */
+  int32_t pitch;          /**< bytes from row to row; 0 for packed storage */
+  uint8_t* pixels;        /**< rows from the top, or packed rows */
+  uint32_t* rowTable;     /**< packed storage: byte offset of each row in pixels; else null */
+  uint8_t* palette;       /**< format 4: 256 entries of blue, green, red; else null */
+  uint16_t* table15;      /**< palette index to 5-5-5 pixel, or null */
+  uint16_t* table16;      /**< palette index to 5-6-5 pixel, or null */
+  uint8_t* table8;        /**< palette index to grey, or null */
+  uint32_t reserved17;    /**< 0 */
+  uint32_t reserved18;    /**< 0 */
+  uint32_t extra1;        /**< the caller's, carried by clone and KX_createFromData */
+  uint32_t extra2;        /**< the caller's, carried by clone and KX_createFromData */
+  uint32_t reserved21;    /**< 0 */
+  uint32_t reserved22;    /**< 0 */
 };
 
 /** A display mode, in the mode list and as a request. */
@@ -92,36 +92,36 @@ typedef struct VideoMode {
 
 /** What puts finished frames on the display. */
 struct Screen {
-  ScreenMethods* methods;
-  uint32_t version;  /**< always 0x10000 */
-  VideoMode mode;    /**< the mode passed to KX_setMode, zero when none was */
-  uint8_t modeFlags; /**< low byte of the flags of the mode in force; 0 when none is set */
-  uint8_t restored;  /**< 1 after KX_restoreMode of a set mode */
-  int32_t frameIndex;
-  int32_t bufferCount; /**< 1, 2 or 3 */
-  void* window;
-  void* application;
-  Bitmap** thirdBuffer; /**< a cell of its own that holds the third buffer or null */
-  Bitmap* front;        /**< what KX_flip presents */
-  Bitmap* back;         /**< what the caller draws into; the front buffer when there is one only */
+  ScreenMethods* methods; /**< table given at creation */
+  uint32_t version;       /**< always 0x10000 */
+  VideoMode mode;         /**< the mode passed to KX_setMode, zero when none was */
+  uint8_t modeFlags;      /**< low byte of the flags of the mode in force; 0 when none is set */
+  uint8_t restored;       /**< 1 after KX_restoreMode of a set mode */
+  int32_t frameIndex;     /**< counts the flips, from 0 to bufferCount - 1 and over again */
+  int32_t bufferCount;    /**< 1, 2 or 3 */
+  void* window;           /**< what KX_flip presents to: an HWND or an SDL_Window* */
+  void* application;      /**< as given to KX_createScreen */
+  Bitmap** thirdBuffer;   /**< a cell of its own that holds the third buffer or null */
+  Bitmap* front;          /**< what KX_flip presents */
+  Bitmap* back;           /**< what the caller draws into; the front buffer when there is one only */
 };
 
 /** A render target with its clip rectangle and Z buffer. */
 struct Device3D {
-  DeviceMethods* methods;
+  DeviceMethods* methods;                           /**< table given at creation */
   uint32_t version;                                 /**< always 0x10000 */
   int32_t clipLeft, clipRight, clipTop, clipBottom; /**< pixels, inclusive */
   Bitmap* target;                                   /**< null for a device on a screen */
   Screen* screen;                                   /**< null for a device on a bitmap */
-  Bitmap* zBuffer;
-  uint32_t parameter1, parameter2; /**< stored, not interpreted */
-  int32_t renderingDepth;
-  uint16_t savedControlWord; /**< x87 control word at the outermost KX_beginRendering */
+  Bitmap* zBuffer;                                  /**< the device's own, or null */
+  uint32_t parameter1, parameter2;                  /**< stored, not interpreted */
+  int32_t renderingDepth;                           /**< calls of KX_beginRendering not ended yet */
+  uint16_t savedControlWord;                        /**< x87 control word at the outermost KX_beginRendering */
 };
 
 /** A chain of mip levels in the pixel format of the device's target. */
 struct Texture {
-  Device3D* device;
+  Device3D* device;      /**< the device it was made for */
   Bitmap* levels[9];     /**< level 0 is the full size; null beyond levelCount */
   int32_t widthCodes[9]; /**< log2(level width) + 1 */
   int32_t levelCount;    /**< 1 to 9 */
@@ -129,12 +129,12 @@ struct Texture {
 
 /** A position, three angles and a projection. */
 struct Camera {
-  Device3D* device;
-  float position[6];   /**< x, y, z; the other three are stored only */
-  float rotation[6];   /**< three angles in radians; the other three are stored only */
-  float parameters[5]; /**< distance, view width, view height, screen width, screen height */
-  float matrix[9];     /**< row by row */
-  float scaleX, scaleY, centreX, centreY;
+  Device3D* device;                       /**< the device it was made for */
+  float position[6];                      /**< x, y, z; the other three are stored only */
+  float rotation[6];                      /**< three angles in radians; the other three are stored only */
+  float parameters[5];                    /**< distance, view width, view height, screen width, screen height */
+  float matrix[9];                        /**< row by row */
+  float scaleX, scaleY, centreX, centreY; /**< of the projection, pixels */
 };
 
 /** A triangle's corner with float fields (integer flag 0). */
@@ -146,36 +146,36 @@ typedef struct VertexFloat {
 
 /** A triangle's corner with integer fields (integer flag not 0). */
 typedef struct VertexInt {
-  int32_t x, y, z;
-  int32_t u, v;
-  uint32_t shade;
+  int32_t x, y, z; /**< screen position in pixels; z is not used */
+  int32_t u, v;    /**< texel position in level 0 */
+  uint32_t shade;  /**< as in VertexFloat */
 } VertexInt;
 
 /** A height-map terrain of width x height cells. */
 struct Landscape {
-  Device3D* device;
-  uint32_t position[6];
-  float scale[6]; /**< the first three are above 0 */
-  int32_t width, height;
-  uint8_t* heightMap;   /**< width x height, row by row */
-  uint8_t* lightMap;    /**< 1 or 3 bytes a cell, by colourLight */
-  uint16_t* textureMap; /**< 1-based index into the texture table; 0 is none */
-  uint32_t colourLight;
-  int32_t textureCount;      /**< 0 to 32767 */
-  uintptr_t* textureHandles; /**< null while textureCount is 0 */
-  uint32_t* textureParameters;
-  uint8_t* textureFlags;
-  uint32_t drawingState[4]; /**< cleared whenever the size changes */
-  void* preparedGeometry;
-  void* materials;
-  void* selection;
+  Device3D* device;            /**< whose target bounds drawing */
+  uint32_t position[6];        /**< stored values of the drawing transformation */
+  float scale[6];              /**< the first three are above 0 */
+  int32_t width, height;       /**< cells, 1 or more */
+  uint8_t* heightMap;          /**< width x height, row by row */
+  uint8_t* lightMap;           /**< 1 or 3 bytes a cell, by colourLight */
+  uint16_t* textureMap;        /**< 1-based index into the texture table; 0 is none */
+  uint32_t colourLight;        /**< 1: three light bytes a cell (red, green, blue); else one */
+  int32_t textureCount;        /**< 0 to 32767 */
+  uintptr_t* textureHandles;   /**< null while textureCount is 0 */
+  uint32_t* textureParameters; /**< one a texture */
+  uint8_t* textureFlags;       /**< one a texture */
+  uint32_t drawingState[4];    /**< cleared whenever the size changes */
+  void* preparedGeometry;      /**< null */
+  void* materials;             /**< null */
+  void* selection;             /**< null */
 };
 
 /** The caller's description of one texture, for saving and restoring a landscape. */
 typedef struct TextureRef {
-  uintptr_t handle;
-  char name[64]; /**< stored and returned verbatim */
-  uint32_t value;
+  uintptr_t handle; /**< as in Landscape.textureHandles; 0 when read from a block */
+  char name[64];    /**< stored and returned verbatim */
+  uint32_t value;   /**< stored and returned */
 } TextureRef;
 
 /* The method tables: a version word (0x10000), then one typed slot a function, in the order of the lists.

@@ -13,6 +13,8 @@ clang|clang++|clang
 win32|i686-w64-mingw32-g++|g++-mingw-w64-i686
 win32|Xvfb|xvfb
 wine-root|debootstrap|debootstrap
+docs|doxygen|doxygen
+docs|python3|python3
 package|dpkg-shlibdeps|dpkg-dev
 package|file|file
 package|pkg-config|pkg-config

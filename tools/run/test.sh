@@ -78,6 +78,11 @@ stage_exports() {
   return "$status"
 }
 
+stage_docs() {
+  make_docs >&3 && echo "1 passed, 0 failed" && return 0
+  cat "$log"
+  return 1
+}
 stage_packages() {
   make_packages >&3 || { tail -n 20 "$log"; return 1; }
   tools/check_packages.sh ${no_wine:+--no-wine}
@@ -112,7 +117,7 @@ run_tests() {
     '') ;;
     *) die 2 "test knows --quick only, not $1" ;;
   esac
-  if [ -n "$quick" ]; then need_packages build tests demo; else need_packages build tests demo clang win32 package; fi
+  if [ -n "$quick" ]; then need_packages build tests demo; else need_packages build tests demo clang win32 package docs; fi
   lock_build
   rm -f "$logs"/*.log "$logs"/*.counts
   if [ -z "$quick" ]; then
@@ -129,6 +134,7 @@ run_tests() {
     run_stage win32 "32-bit Windows under Wine"
     run_stage headers "public headers as C11 and C++17"
     run_stage exports "exported names of both libraries"
+    run_stage docs "reference: every export described"
     run_stage packages "packages: installed and used"
   fi
   echo
