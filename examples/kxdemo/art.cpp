@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace demo {
 
@@ -48,21 +49,35 @@ Image makeBall(int size, std::uint32_t format, Rgb colour) {
   });
 }
 
-IndexedBall::IndexedBall(int size, Rgb colour)
-    : image_(drawn(size, size, KX_FORMAT_PALETTE, [&](int x, int y) {
-        const double light = ballLight(place(x, size), place(y, size));
-        return light < 0 ? 0U : 1 + static_cast<unsigned>(light * 62);
-      })) {
-  for (unsigned i = 0; i < 64; ++i) {
-    palette_[i * 3] = static_cast<std::uint8_t>(lit(colour.blue, i / 63.0));
-    palette_[i * 3 + 1] = static_cast<std::uint8_t>(lit(colour.green, i / 63.0));
-    palette_[i * 3 + 2] = static_cast<std::uint8_t>(lit(colour.red, i / 63.0));
-  }
-  // A translation of the program's own keeps all six bits of green.
+Indexed::Indexed(Image image) : image_(std::move(image)) {
+  Palette own{};
+  std::copy_n(image_->palette, own.size(), own.begin());
+  setPalette(own);
+}
+
+void Indexed::setPalette(const Palette& palette) {
+  *palette_ = palette;
   void* table = nullptr;
-  KX_CHECK(KX_createCachedPalette(&table, palette_.data(), KX_FORMAT_565));
-  table16_.reset(static_cast<std::uint16_t*>(table));
-  KX_CHECK(KX_setPaletteReference(image_.get(), palette_.data(), nullptr, table16_.get(), nullptr));
+  KX_CHECK(KX_createCachedPalette(&table, palette_->data(), KX_FORMAT_565));
+  // The bitmap gives the table before up only now.
+  const auto before =
+      std::exchange(table16_, std::unique_ptr<std::uint16_t, TableDelete>(static_cast<std::uint16_t*>(table)));
+  KX_CHECK(KX_setPaletteReference(image_.get(), palette_->data(), nullptr, table16_.get(), nullptr));
+}
+
+Indexed makeIndexedBall(int size, Rgb colour) {
+  Indexed ball(drawn(size, size, KX_FORMAT_PALETTE, [&](int x, int y) {
+    const double light = ballLight(place(x, size), place(y, size));
+    return light < 0 ? 0U : 1 + static_cast<unsigned>(light * 62);
+  }));
+  Palette palette{};
+  for (unsigned i = 0; i < 64; ++i) {
+    palette[i * 3] = static_cast<std::uint8_t>(lit(colour.blue, i / 63.0));
+    palette[i * 3 + 1] = static_cast<std::uint8_t>(lit(colour.green, i / 63.0));
+    palette[i * 3 + 2] = static_cast<std::uint8_t>(lit(colour.red, i / 63.0));
+  }
+  ball.setPalette(palette);
+  return ball;
 }
 
 Image makeBallDepth(int size, int nearest) {
@@ -80,9 +95,9 @@ Image makeSoftDisc(int width, int height) {
   });
 }
 
-Image makeStone(int size, std::uint32_t format) {
+Image makeStone(int size, std::uint32_t format, int cells) {
   return drawn(size, size, format, [&](int x, int y) {
-    const int cell = size / 8;
+    const int cell = size / cells;
     const bool light = (x / cell + y / cell) % 2 == 0;
     const bool joint = x % cell == 0 || y % cell == 0;
     const auto grain = static_cast<unsigned>((x * 37 + y * 59 + x * y * 13) % 23);

@@ -5,16 +5,8 @@
 #include <array>
 #include <cstring>
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wunused-function"
-#define STB_IMAGE_IMPLEMENTATION
-#define STBI_MAX_DIMENSIONS 65536
 #include <stb_image.h>
-#define STB_IMAGE_WRITE_IMPLEMENTATION
 #include <stb_image_write.h>
-#include <stb_easy_font.h>
-#pragma GCC diagnostic pop
 
 namespace demo {
 
@@ -26,13 +18,6 @@ constexpr int largestPicture = 4096;
 constexpr int exitMissing = 3;
 constexpr int exitBroken = 4;
 constexpr int exitTooLarge = 5;
-constexpr int exitNotWritten = 6;
-
-/// A corner of stb_easy_font's quads.
-struct FontVertex {
-  float x, y, z;
-  std::uint8_t colour[4];
-};
 
 }  // namespace
 
@@ -104,10 +89,10 @@ Image loadPicture(const std::string& file) {
   return image;
 }
 
-void savePicture(const Image& image, const std::string& file) {
+std::vector<std::uint8_t> rgbOf(const Image& image) {
   const Image colours = converted(image, KX_FORMAT_888);
-  const auto rowBytes = static_cast<std::size_t>(colours->width) * 3;
-  std::vector<std::uint8_t> rgb(rowBytes * static_cast<std::size_t>(colours->height));
+  std::vector<std::uint8_t> rgb(static_cast<std::size_t>(colours->width) * 3 *
+                                static_cast<std::size_t>(colours->height));
   std::uint8_t* to = rgb.data();
   for (int y = 0; y < colours->height; ++y) {
     const std::uint8_t* from = colours->pixels + static_cast<std::ptrdiff_t>(colours->pitch) * y;
@@ -117,37 +102,17 @@ void savePicture(const Image& image, const std::string& file) {
       to[2] = from[0];
     }
   }
-  if (stbi_write_png(file.c_str(), colours->width, colours->height, 3, rgb.data(), static_cast<int>(rowBytes)) == 0)
+  return rgb;
+}
+
+void savePicture(const Image& image, const std::string& file) {
+  const std::vector<std::uint8_t> rgb = rgbOf(image);
+  if (stbi_write_png(file.c_str(), image->width, image->height, 3, rgb.data(), image->width * 3) == 0)
     throw Error(exitNotWritten, file + ": cannot be written");
 }
 
 std::uint32_t colour(const Bitmap* bitmap, unsigned red, unsigned green, unsigned blue) {
   return KX_toRGB(bitmap->format, red, green, blue);
-}
-
-void drawText(Bitmap* target, int x, int y, std::string_view text, std::uint32_t colour, int scale) {
-  std::string copy(text);
-  std::vector<FontVertex> corners(copy.size() * 64 + 64);
-  const int quads = stb_easy_font_print(0, 0, copy.data(), nullptr, corners.data(),
-                                        static_cast<int>(corners.size() * sizeof(FontVertex)));
-  for (int i = 0; i < quads; ++i) {
-    const FontVertex& first = corners[static_cast<std::size_t>(i) * 4];
-    const FontVertex& last = corners[static_cast<std::size_t>(i) * 4 + 2];
-    int left = x + static_cast<int>(first.x) * scale;
-    int top = y + static_cast<int>(first.y) * scale;
-    int width = static_cast<int>(last.x - first.x) * scale;
-    int height = static_cast<int>(last.y - first.y) * scale;
-    int right = 0;
-    int bottom = 0;
-    if (KX_clipTwoRects(0, 0, width - 1, height - 1, &right, &bottom, &width, &height, 0, 0, target->width - 1,
-                        target->height - 1, &left, &top) != 0)
-      KX_CHECK(KX_fillRect(target, left, top, width, height, colour));
-  }
-}
-
-int textWidth(std::string_view text, int scale) {
-  std::string copy(text);
-  return stb_easy_font_width(copy.data()) * scale;
 }
 
 }  // namespace demo

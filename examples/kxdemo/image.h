@@ -1,4 +1,4 @@
-// What the scenes share: bitmaps that delete themselves, results that throw, pictures from and to files, and text.
+// Bitmaps that delete themselves, results that throw, pictures from and to files.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,7 +6,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <kxgraphic/kxgraphic.h>
@@ -23,6 +22,9 @@ public:
 private:
   int exitCode_;
 };
+
+/// Exit code for a file that cannot be written.
+constexpr int exitNotWritten = 6;
 
 /// Throws when a result code is not 0; `call` is the text of the call.
 void check(std::uint32_t code, const char* call);
@@ -45,17 +47,13 @@ Image converted(const Image& source, std::uint32_t format);
 /// A picture of a file as a 24-bit bitmap, at most 4096 pixels wide and high.
 Image loadPicture(const std::string& file);
 
+/// The pixels as red, green, blue, without gaps.
+std::vector<std::uint8_t> rgbOf(const Image& image);
+
 /// Writes a bitmap of any format as PNG.
 void savePicture(const Image& image, const std::string& file);
 
 /// A colour in the bitmap's own format.
 std::uint32_t colour(const Bitmap* bitmap, unsigned red, unsigned green, unsigned blue);
-
-/// Text in 7-pixel capitals, each stroke a filled rectangle; lines are 12 pixels apart. `scale` enlarges by whole
-/// factors.
-void drawText(Bitmap* target, int x, int y, std::string_view text, std::uint32_t colour, int scale = 1);
-
-/// Pixels that the text covers from left to right.
-int textWidth(std::string_view text, int scale = 1);
 
 }  // namespace demo

@@ -12,8 +12,10 @@ namespace demo {
 
 namespace {
 
-constexpr int mapSize = 97;
+constexpr int mapSize = 81;
 constexpr int textureSize = 32;
+/// Row of the frame where sky and sea meet, a little above the far rim of the island.
+constexpr int horizon = 120;
 constexpr float heightScale = 0.09F;
 
 /// A texture of one ground with some grain.
@@ -56,10 +58,13 @@ public:
 
   void draw(Bitmap* target, const Frame& frame) override {
     Bitmap* canvas = stage_.frame();
-    for (int y = 0; y < frameHeight; y += 4)
+    for (int y = 0; y < horizon; y += 4)
       KX_CHECK(
           KX_fillRect(canvas, 0, y, frameWidth, 4,
-                      colour(canvas, static_cast<unsigned>(110 + y / 4), static_cast<unsigned>(150 + y / 5), 235)));
+                      colour(canvas, static_cast<unsigned>(110 + y / 3), static_cast<unsigned>(150 + y / 4), 235)));
+    const Rgb sea = groundColour(Ground::Sea);
+    KX_CHECK(KX_fillRect(canvas, 0, horizon, frameWidth, frameHeight - horizon,
+                         colour(canvas, sea.red - 10, sea.green - 20, sea.blue - 30)));
     const double angle = frame.seconds * 0.25 + 0.6;
     const double middle = mapSize / 2.0;
     const std::array<float, 3> eye{static_cast<float>(middle + 52 * std::cos(angle)), 26,
@@ -70,7 +75,6 @@ public:
     for (const Cell& cell : cells_) drawCell(cell.x, cell.y);
     KX_CHECK(KX_endRendering(stage_.device()));
     KX_CHECK(KX_bltCopy(target, 0, 0, canvas, 0, 0, frameWidth, frameHeight));
-    drawText(target, 12, 12, std::to_string(cells_.size() * 2) + " triangles", colour(target, 255, 255, 255), 2);
   }
 
 private:
@@ -84,6 +88,14 @@ private:
     float distance;
     int x, y;
   };
+
+  /// A cell before the eye that touches the frame.
+  static bool seen(const Corner& a, const Corner& b, const Corner& c, const Corner& d) {
+    if (!a.visible || !b.visible || !c.visible || !d.visible) return false;
+    const auto [left, right] = std::minmax({a.vertex.x, b.vertex.x, c.vertex.x, d.vertex.x});
+    const auto [top, bottom] = std::minmax({a.vertex.y, b.vertex.y, c.vertex.y, d.vertex.y});
+    return right >= 0 && left < frameWidth && bottom >= 0 && top < frameHeight;
+  }
 
   Corner& corner(int x, int y) { return corners_[static_cast<std::size_t>(y * mapSize + x)]; }
 
@@ -102,8 +114,7 @@ private:
     cells_.clear();
     for (int y = 0; y + 1 < mapSize; ++y)
       for (int x = 0; x + 1 < mapSize; ++x)
-        if (corner(x, y).visible && corner(x + 1, y).visible && corner(x, y + 1).visible &&
-            corner(x + 1, y + 1).visible)
+        if (seen(corner(x, y), corner(x + 1, y), corner(x, y + 1), corner(x + 1, y + 1)))
           cells_.push_back({std::hypot(static_cast<float>(x) - eye[0], static_cast<float>(y) - eye[2]), x, y});
     std::sort(cells_.begin(), cells_.end(), [](const Cell& a, const Cell& b) { return a.distance > b.distance; });
   }
@@ -122,6 +133,8 @@ private:
   }
 
   void drawTriangle(int texture, const VertexFloat& a, const VertexFloat& b, const VertexFloat& c) const {
+    // Slopes that face away are hidden behind those that do not.
+    if ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x) >= 0) return;
     const VertexFloat vertices[3] = {a, b, c};
     auto* handle = reinterpret_cast<Texture*>(terrain_->textureHandles[texture]);
     KX_CHECK(KX_drawTexturedTriangleGouraudShade(stage_.device(), handle, vertices, 0));

@@ -1,7 +1,9 @@
-// kxdemo: shows what the library does.
-//   kxdemo [SCENE] [--picture FILE]     opens a window: arrows lead through the scenes, escape ends
-//   kxdemo --sheet FOLDER [PICTURE]     writes every scene as a PNG file into the folder
-//   kxdemo --list                       names the scenes
+// kxdemo: a tour of what the library does.
+//   kxdemo [SCENE]                    opens a window: arrows lead through the scenes, escape ends
+//   kxdemo --gallery FOLDER           writes every scene as a picture, and a page that shows them
+//   kxdemo --sheet FOLDER [PICTURE]   writes a picture in every bitmap format, as one PNG file
+//   kxdemo --list, --measure          names the scenes; tells what their frames take
+//   --picture FILE shows another picture, --frames COUNT closes the window after that many
 // SPDX-License-Identifier: MIT
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "gallery.h"
 #include "player.h"
 #include "scene.h"
 
@@ -20,10 +23,12 @@ constexpr int exitNoDisplay = 7;
 
 struct Options {
   std::string scene;
+  std::string galleryFolder;
   std::string sheetFolder;
   std::string picture = KXDEMO_PICTURE;
   int frames = 0;
   bool list = false;
+  bool measure = false;
 };
 
 std::optional<Options> parse(const std::vector<std::string>& arguments) {
@@ -34,6 +39,10 @@ std::optional<Options> parse(const std::vector<std::string>& arguments) {
     const bool hasValue = i + 1 < arguments.size();
     if (argument == "--list") {
       options.list = true;
+    } else if (argument == "--measure") {
+      options.measure = true;
+    } else if (argument == "--gallery" && hasValue) {
+      options.galleryFolder = arguments[++i];
     } else if (argument == "--sheet" && hasValue) {
       options.sheetFolder = arguments[++i];
     } else if (argument == "--picture" && hasValue) {
@@ -54,29 +63,23 @@ std::optional<Options> parse(const std::vector<std::string>& arguments) {
   return options;
 }
 
-void writeSheets(const std::string& folder, const demo::Image& picture, const std::string& pictureName) {
-  std::filesystem::create_directories(folder);
-  constexpr double filmSeconds = 2.5;
-  for (const demo::SceneEntry& entry : demo::scenes()) {
-    const demo::Material material{picture, pictureName, KX_FORMAT_565};
-    const demo::Image image =
-        entry.sheet != nullptr ? entry.sheet(material) : demo::filmed(entry, material, filmSeconds);
-    const std::string file = (std::filesystem::path(folder) / entry.name).string() + ".png";
-    demo::savePicture(image, file);
-    std::printf("%s\n", file.c_str());
-    std::fflush(stdout);
-  }
-}
-
 int run(const Options& options) {
   if (options.list) {
-    for (const demo::SceneEntry& entry : demo::scenes()) std::printf("%-10s %s\n", entry.name, entry.caption);
+    for (const demo::SceneEntry& entry : demo::scenes()) std::printf("%-12s %s\n", entry.name, entry.title);
     return 0;
   }
   const std::string pictureName = std::filesystem::path(options.picture).filename().string();
   const demo::Image picture = demo::loadPicture(options.picture);
+  if (options.measure) {
+    demo::measureScenes(picture, pictureName);
+    return 0;
+  }
   if (!options.sheetFolder.empty()) {
-    writeSheets(options.sheetFolder, picture, pictureName);
+    demo::writeSheet(options.sheetFolder, picture, pictureName);
+    return 0;
+  }
+  if (!options.galleryFolder.empty()) {
+    demo::writeGallery(options.galleryFolder, picture, pictureName);
     return 0;
   }
   std::size_t index = 0;
@@ -84,7 +87,7 @@ int run(const Options& options) {
   while (!options.scene.empty() && index < scenes.size() && options.scene != scenes[index].name) ++index;
   if (index == scenes.size()) throw demo::Error(exitUsage, "no scene " + options.scene + "; --list names them");
   if (!demo::play(index, picture, pictureName, options.frames))
-    throw demo::Error(exitNoDisplay, "no display; --sheet FOLDER writes the scenes as pictures");
+    throw demo::Error(exitNoDisplay, "no display; --gallery FOLDER writes the scenes as pictures");
   return 0;
 }
 
@@ -95,8 +98,9 @@ int main(int argc, char** argv) try {
   if (!options) {
     std::fputs(
         "usage: kxdemo [SCENE] [--picture FILE] [--frames COUNT]\n"
+        "       kxdemo --gallery FOLDER [--picture FILE]\n"
         "       kxdemo --sheet FOLDER [PICTURE]\n"
-        "       kxdemo --list\n",
+        "       kxdemo --list | --measure\n",
         stderr);
     return exitUsage;
   }

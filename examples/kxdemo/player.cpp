@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "text.h"
 #include "window.h"
 
 namespace demo {
@@ -45,23 +46,37 @@ public:
     index_ = index;
     setMode();
     begin();
+    double due = secondsNow();
     for (int shown = 0; frames == 0 || shown < frames; ++shown) {
       const double started = secondsNow();
       const Events events = window_.poll();
-      if (events.quit) return;
+      if (events.quit) break;
       obey(events);
       drawFrame();
-      const double used = secondsNow() - started;
-      frameTime_ = frameTime_ * 0.95 + used * 0.05;
+      const double drawn = secondsNow();
       KX_CHECK(KX_flip(screen_, 0));
+      count(drawn - started, secondsNow() - drawn);
       if (!paused_) seconds_ += secondsAFrame;
-      const int left = static_cast<int>((secondsAFrame - (secondsNow() - started)) * 1000);
-      if (left > 0) sleepFor(left);
+      // Frames are due at fixed times, so that a late one does not move the next.
+      due = std::max(due + secondsAFrame, secondsNow() - secondsAFrame);
+      const double left = due - secondsNow();
+      if (left > 0) sleepFor(static_cast<int>(left * 1000 + 0.5));
+      period_ = period_ * 0.95 + (secondsNow() - started) * 0.05;
     }
+    if (frames > 0)
+      std::printf("%s: %.2f ms drawing, %.2f ms presenting, %.1f frames a second\n", scenes()[index_].name,
+                  drawTime_ * 1000, flipTime_ * 1000, 1 / period_);
   }
 
 private:
-  static constexpr double secondsAFrame = 1 / 60.0;
+  static constexpr double secondsAFrame = 1 / framesASecond;
+  static constexpr double secondsAScene = 12;
+
+  /// Averages that follow the last second or so.
+  void count(double draw, double flip) {
+    drawTime_ = drawTime_ * 0.95 + draw * 0.05;
+    flipTime_ = flipTime_ * 0.95 + flip * 0.05;
+  }
 
   void setMode() {
     VideoMode mode{frameWidth, frameHeight, 0, KX_FORMAT_555};
@@ -79,21 +94,19 @@ private:
   void begin() {
     const SceneEntry& entry = scenes()[index_];
     const Material material{picture_, pictureName_, screen_->front->format & KX_FORMAT_CODE_MASK};
-    scene_.reset();
-    sheet_.reset();
-    if (entry.moving != nullptr)
-      scene_ = entry.moving(material);
-    else
-      sheet_ = converted(entry.sheet(material), material.format);
+    scene_ = entry.make(material);
     seconds_ = 0;
-    window_.setTitle((std::string("kxgraphic - ") + entry.caption).c_str());
+    window_.setTitle((std::string("kxgraphic - ") + entry.title).c_str());
   }
 
   void obey(const Events& events) {
     const std::size_t count = scenes().size();
     if (events.pause) paused_ = !paused_;
-    if (events.next || events.previous) {
-      index_ = (index_ + (events.next ? 1 : count - 1)) % count;
+    // The tour moves on by itself until the visitor takes the lead.
+    guided_ = guided_ && !(events.next || events.previous || events.pause || window_.mouseDown);
+    const bool over = guided_ && seconds_ > secondsAScene;
+    if (events.next || events.previous || over) {
+      index_ = (index_ + (events.previous ? count - 1 : 1)) % count;
       begin();
     }
     if (events.buffers != 0 || events.fullScreen) {
@@ -104,7 +117,7 @@ private:
     }
   }
 
-  /// Scenes have one size; a larger buffer shows them in its middle, sheets shrink into it.
+  /// Scenes have one size; a larger buffer shows them in its middle.
   void drawFrame() {
     Bitmap* back = screen_->back;
     const int width = std::min<int>(frameWidth, back->width);
@@ -114,22 +127,17 @@ private:
     if (!canvas_ || canvas_->format != (back->format & KX_FORMAT_CODE_MASK))
       canvas_ = makeImage(frameWidth, frameHeight, back->format & KX_FORMAT_CODE_MASK);
     Bitmap* canvas = canvas_.get();
-    if (scene_) {
-      scene_->draw(canvas, {seconds_, window_.mouseX - left, window_.mouseY - top, window_.mouseDown});
-    } else {
-      const double factor =
-          std::min(frameWidth / static_cast<double>(sheet_->width), frameHeight / static_cast<double>(sheet_->height));
-      const int w = static_cast<int>(sheet_->width * factor);
-      const int h = static_cast<int>(sheet_->height * factor);
-      KX_CHECK(KX_fillRect(canvas, 0, 0, frameWidth, frameHeight, 0));
-      KX_CHECK(KX_bltStretch(canvas, (frameWidth - w) / 2, (frameHeight - h) / 2, w, h, sheet_.get(), 0, 0,
-                             sheet_->width, sheet_->height));
-    }
-    char line[128];
-    std::snprintf(line, sizeof line,
-                  "%.2f ms a frame, %d buffers - arrows: scenes, space: pause, 1 2 3: buffers, F, Esc",
-                  frameTime_ * 1000, screen_->bufferCount);
-    drawText(canvas, 8, frameHeight - 14, line, colour(canvas, 255, 255, 255));
+    drawTitled(*scene_, index_, canvas,
+               {seconds_, std::clamp(window_.mouseX - left, 0, frameWidth - 1),
+                std::clamp(window_.mouseY - top, 0, frameHeight - 1), window_.mouseDown});
+    char line[160];
+    std::snprintf(line, sizeof line, "draw %.2f ms, flip %.2f ms, %.0f frames/s, %d buffer%s", drawTime_ * 1000,
+                  flipTime_ * 1000, 1 / period_, screen_->bufferCount, screen_->bufferCount == 1 ? "" : "s");
+    static constexpr const char* keys = "arrows: scenes   space: pause   1 2 3: buffers   F: full screen   Esc";
+    const int y = frameHeight - footHeight;
+    KX_CHECK(KX_fillRectAlpha(canvas, 0, y, frameWidth, footHeight, 0, 110));
+    drawText(canvas, 10, y + 4, line, colour(canvas, 255, 255, 255));
+    drawText(canvas, frameWidth - 10 - textWidth(keys), y + 4, keys, colour(canvas, 170, 180, 200));
     KX_CHECK(KX_bltCopy(back, left, top, canvas, 0, 0, width, height));
   }
 
@@ -138,14 +146,16 @@ private:
   std::string_view pictureName_;
   Screen* screen_ = nullptr;
   Image canvas_;
-  Image sheet_;
   std::unique_ptr<Scene> scene_;
   std::size_t index_ = 0;
   int buffers_ = 2;
   bool full_ = false;
   bool paused_ = false;
   double seconds_ = 0;
-  double frameTime_ = 0;
+  bool guided_ = true;
+  double drawTime_ = 0;
+  double flipTime_ = 0;
+  double period_ = secondsAFrame;
 };
 
 }  // namespace

@@ -1,72 +1,74 @@
-// The table of scenes and what sheets share.
+// The table of scenes and what all of them share.
 // SPDX-License-Identifier: MIT
 #include "scene.h"
+
+#include <cmath>
+#include <string>
+
+#include "text.h"
 
 namespace demo {
 
 std::span<const SceneEntry> scenes() {
   static constexpr SceneEntry table[] = {
-      {"formats", "One picture in six pixel formats: KX_createBitmap, KX_bltCopy, KX_calculatePalette, LZ_compress",
-       drawFormats, nullptr},
-      {"blits",
-       "Copy and stretch blits: KX_bltCopyTransparent, ...Alpha, ...Alphamap, ...ZBuffer, ...ZMap, KX_bltStretch",
-       drawBlits, nullptr},
-      {"lines", "Lines and patterns: KX_drawLine, KX_drawDottedLine, KX_drawPatternLine and their variants", drawLines,
-       nullptr},
-      {"fills", "Rectangles and flood fill: KX_fillRect, KX_fillRectAlpha, KX_fillRectZBuffer, KX_floodFill", drawFills,
-       nullptr},
-      {"operations", "Image operations: KX_grayScale, KX_changeBrightnessContrast, KX_invertBitmap, KX_mirrorBitmapX",
-       drawOperations, nullptr},
-      {"sprites", "Hundreds of packed sprites: KX_bltCopyTransparentZBuffer, KX_bltCopyTransparentAlpha", nullptr,
-       makeSprites},
-      {"solid", "A turning solid: KX_cameraTransformAndProject, KX_drawTexturedTriangleGouraudShade", nullptr,
-       makeSolid},
-      {"relief", "A generated island: LS_createHeightMap, LS_softenHeightMap, LS_gradeHeightMap", drawRelief, nullptr},
-      {"island", "A flight over the island: LS_createLandscape, KX_cameraProject, textured triangles", nullptr,
-       makeIsland},
-      {"water", "Ripples, and drops under the mouse: KX_calculateWaterMap, KX_drawWaterBitmap", nullptr, makeWater},
+      {"formats", "One picture, six pixel formats",
+       "KX_createBitmap, KX_calculatePalette, KX_setPalette, KX_bltCopy, KX_getBitmapSize, LZ_compress", makeFormats,
+       false},
+      {"bitmaps", "Bitmaps and clipping", "Blits refuse what lies outside; the clipping functions cut it off before",
+       makeBitmaps, true},
+      {"copies", "Copy blits", "Five ways to combine a source pixel with what is there, from any format to any other",
+       makeCopies, true},
+      {"depth", "Depth", "Each way to combine, with a Z buffer and one depth, or a Z map with a depth for each pixel",
+       makeDepth, true},
+      {"stretches", "Stretch blits", "The same fifteen, scaled to any size without filtering", makeStretches, true},
+      {"lines", "Points, lines and patterns", "Solid, dotted and stamped; plain, blended, with depth, or both",
+       makeLines, true},
+      {"fills", "Rectangles and flood fill", "KX_fillRect and its variants, KX_floodFill, KX_moveRect", makeFills,
+       true},
+      {"operations", "Image operations", "In place, in every format, plain or packed", makeOperations, true},
+      {"palettes", "Palettes and colours", "256 entries of blue, green and red; 8-bit pixels follow them at once",
+       makePalettes, true},
+      {"sprites", "400 packed sprites sorted by depth",
+       "KX_bltCopyTransparentZBuffer, KX_bltCopyTransparentAlphaZBuffer from run-length packed bitmaps", makeSprites,
+       true},
+      {"solid", "A turning solid",
+       "KX_cameraTransformAndProject, KX_beginRendering, KX_drawTexturedTriangleGouraudShade and ...Alpha", makeSolid,
+       true},
+      {"relief", "Height maps: an island in six steps",
+       "LS_ functions make, smooth, stretch, measure and save the heights of a landscape", makeRelief, false},
+      {"island", "A flight over the island",
+       "LS_createLandscape, LS_setTextures, KX_cameraTransform, KX_cameraProject, textured triangles", makeIsland,
+       true},
+      {"water", "Water, and drops under the mouse", "KX_calculateWaterMap, KX_drawWaterBitmap", makeWater, true},
+      {"coders", "Coders", "LZ_compress, RLE_compressWords, their opposites, and KX_calculateCRC over each frame",
+       makeCoders, false},
+      {"tables", "Method tables and drivers",
+       "KX_getBitmapInterface fills a bitmap's own functions, from the library, a driver, or the program", makeTables,
+       false},
   };
   return table;
 }
 
-Image filmed(const SceneEntry& entry, const Material& material, double seconds) {
-  const std::unique_ptr<Scene> scene = entry.moving(material);
-  Image image = makeImage(frameWidth, frameHeight, material.format);
-  constexpr double framesASecond = 60;
-  for (int i = 0; i <= static_cast<int>(seconds * framesASecond); ++i) {
-    Frame frame;
-    frame.seconds = i / framesASecond;
-    frame.mouseX = frameWidth / 3;
-    frame.mouseY = frameHeight / 2;
-    frame.mouseDown = i % 40 == 0;
-    scene->draw(image.get(), frame);
-  }
+Image Material::covering(int width, int height) const {
+  Image image = makeImage(width, height, format);
+  KX_CHECK(KX_bltStretch(image.get(), 0, 0, width, height, picture.get(), 0, 0, picture->width, picture->height));
   return image;
 }
 
-Image makeSheet(int width, int height, std::uint32_t format, std::string_view title) {
-  Image sheet = makeImage(width, height, format);
-  KX_CHECK(KX_fillRect(sheet.get(), 0, 0, width, height, colour(sheet.get(), 24, 27, 34)));
-  KX_CHECK(KX_fillRect(sheet.get(), 0, 0, width, titleHeight - 8, colour(sheet.get(), 43, 62, 96)));
-  drawText(sheet.get(), 12, 9, title, colour(sheet.get(), 255, 255, 255), 2);
-  return sheet;
+void drawTitled(Scene& scene, std::size_t index, Bitmap* target, const Frame& frame) {
+  scene.draw(target, frame);
+  const SceneEntry& entry = scenes()[index];
+  KX_CHECK(KX_fillRectAlpha(target, 0, 0, frameWidth, headHeight, colour(target, 30, 50, 90), 90));
+  const std::string place = std::to_string(index + 1) + "/" + std::to_string(scenes().size());
+  const std::uint32_t white = colour(target, 255, 255, 255);
+  drawText(target, 10, 4, entry.title, white, 2);
+  drawText(target, frameWidth - 10 - textWidth(place, 2), 4, place, colour(target, 150, 175, 215), 2);
+  drawText(target, 10, 24, entry.calls, colour(target, 255, 214, 110));
 }
 
-Panels::Panels(int count, int columns, std::uint32_t format, std::string_view title)
-    : sheet_(makeSheet(columns * (width + gap) + gap,
-                       titleHeight + (count + columns - 1) / columns * (height + captionHeight + gap), format, title)),
-      columns_(columns) {}
-
-void Panels::next(std::string_view caption) {
-  x = gap + index_ % columns_ * (width + gap);
-  y = titleHeight + index_ / columns_ * (height + captionHeight + gap);
-  ++index_;
-  KX_CHECK(KX_fillRect(target(), x, y, width, height, colour(40, 46, 58)));
-  drawText(target(), x, y + height + 5, caption, colour(205, 212, 224));
-}
-
-void Panels::cover(const Image& image) const {
-  KX_CHECK(KX_bltStretch(target(), x, y, width, height, image.get(), 0, 0, image->width, image->height));
+Frame visitedAt(double seconds) {
+  return {seconds, frameWidth / 2 + static_cast<int>(190 * std::sin(seconds * 1.1)),
+          frameHeight / 2 + static_cast<int>(120 * std::sin(seconds * 1.7 + 0.4)), std::fmod(seconds, 0.75) < 0.12};
 }
 
 }  // namespace demo

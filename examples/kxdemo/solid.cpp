@@ -27,16 +27,16 @@ class Solid final : public Scene {
 public:
   explicit Solid(const Material& material)
       : stage_(frameWidth, frameHeight, material.format),
-        background_(makeImage(frameWidth, frameHeight, material.format)),
+        background_(material.covering(frameWidth, frameHeight)),
         texture_(stage_.texture(makeStone(textureSize, material.format))) {
-    KX_CHECK(KX_bltStretch(background_.get(), 0, 0, frameWidth, frameHeight, material.picture.get(), 0, 0,
-                           material.picture->width, material.picture->height));
     stage_.look({0, 0, -4.2F}, 0, 0);
   }
 
   void draw(Bitmap* target, const Frame& frame) override {
     Bitmap* canvas = stage_.frame();
     KX_CHECK(KX_bltCopy(canvas, 0, 0, background_.get(), 0, 0, frameWidth, frameHeight));
+    // Stone that turns to glass and back.
+    alpha_ = std::max(0, static_cast<int>(170 * std::sin(frame.seconds * 0.7)));
     for (int ring = 0; ring <= rings; ++ring)
       for (int side = 0; side <= sides; ++side) place(ring, side, frame.seconds);
 
@@ -61,8 +61,6 @@ public:
     }
     KX_CHECK(KX_endRendering(stage_.device()));
     KX_CHECK(KX_bltCopy(target, 0, 0, canvas, 0, 0, frameWidth, frameHeight));
-    drawText(target, 12, 12, std::to_string(rings * sides * 2) + " textured, shaded triangles",
-             colour(target, 255, 255, 255), 2);
   }
 
 private:
@@ -107,12 +105,16 @@ private:
 
   void drawTriangle(const VertexFloat& a, const VertexFloat& b, const VertexFloat& c) const {
     const VertexFloat vertices[3] = {a, b, c};
-    KX_CHECK(KX_drawTexturedTriangleGouraudShade(stage_.device(), texture_.get(), vertices, 0));
+    if (alpha_ > 0)
+      KX_CHECK(KX_drawTexturedTriangleGouraudShadeAlpha(stage_.device(), texture_.get(), alpha_, vertices, 0));
+    else
+      KX_CHECK(KX_drawTexturedTriangleGouraudShade(stage_.device(), texture_.get(), vertices, 0));
   }
 
   Stage stage_;
   Image background_;
   std::unique_ptr<Texture, TextureDelete> texture_;
+  int alpha_ = 0;
   std::array<Corner, (rings + 1) * (sides + 1)> corners_{};
 };
 

@@ -15,10 +15,8 @@ namespace {
 class Sprites final : public Scene {
 public:
   explicit Sprites(const Material& material)
-      : background_(makeImage(frameWidth, frameHeight, material.format)),
+      : background_(material.covering(frameWidth, frameHeight)),
         zBuffer_(makeImage(frameWidth, frameHeight, KX_FORMAT_GREY)) {
-    KX_CHECK(KX_bltStretch(background_.get(), 0, 0, frameWidth, frameHeight, material.picture.get(), 0, 0,
-                           material.picture->width, material.picture->height));
     KX_CHECK(KX_changeBrightnessContrast(background_.get(), -96, 0, 128));
     constexpr Rgb colours[kinds] = {{235, 60, 45}, {60, 130, 240}, {250, 200, 40},
                                     {70, 200, 90}, {200, 90, 220}, {90, 220, 230}};
@@ -44,8 +42,6 @@ public:
         KX_CHECK(KX_bltCopyTransparentZBuffer(target, zBuffer_.get(), x, y, ball.get(), 0, 0, ball->width, ball->height,
                                               depth));
     }
-    drawText(target, 12, 12, std::to_string(count) + " packed sprites sorted by depth", colour(target, 255, 255, 255),
-             2);
   }
 
 private:

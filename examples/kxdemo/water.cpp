@@ -1,6 +1,7 @@
 // Ripples over a picture: drops fall by themselves and under the mouse.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -13,10 +14,7 @@ namespace {
 
 class Water final : public Scene {
 public:
-  explicit Water(const Material& material) : image_(makeImage(frameWidth, frameHeight, material.format)) {
-    KX_CHECK(KX_bltStretch(image_.get(), 0, 0, frameWidth, frameHeight, material.picture.get(), 0, 0,
-                           material.picture->width, material.picture->height));
-  }
+  explicit Water(const Material& material) : image_(material.covering(frameWidth, frameHeight)) {}
 
   void draw(Bitmap* target, const Frame& frame) override {
     if (step_++ % 45 == 0) drop(static_cast<int>(random() % cellsX), static_cast<int>(random() % cellsY), 1400);
@@ -24,11 +22,14 @@ public:
     KX_CHECK(KX_calculateWaterMap(previous_.data(), mapPitch, current_.data(), mapPitch, mapWidth, mapHeight, 1, 5));
     std::swap(previous_, current_);
 
-    KX_CHECK(KX_drawWaterBitmap(
-        reinterpret_cast<std::uint16_t*>(target->pixels), 0, 0, target->pitch, current_.data(), mapPitch, cellSize, 1,
-        0, cellsX, cellsY, reinterpret_cast<const std::uint16_t*>(image_->pixels), 0, 0, frameWidth, frameHeight,
-        image_->pitch, static_cast<std::uint8_t>(image_->format & KX_FORMAT_CODE_MASK), 0, nullptr));
-    drawText(target, 12, 12, "drops follow the mouse button", colour(target, 255, 255, 255), 2);
+    // Shades are those of 5-5-5; they tell mostly in the blue.
+    const std::uint32_t format = image_->format & KX_FORMAT_CODE_MASK;
+    const int shadeShift = format == KX_FORMAT_555 ? 8 : 0;
+    constexpr std::array<std::int8_t, 3> noTint{};
+    KX_CHECK(KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(target->pixels), 0, 0, target->pitch, current_.data(),
+                                mapPitch, cellSize, 1, 0, cellsX, cellsY,
+                                reinterpret_cast<const std::uint16_t*>(image_->pixels), 0, 0, frameWidth, frameHeight,
+                                image_->pitch, static_cast<std::uint8_t>(format), shadeShift, noTint.data()));
   }
 
 private:

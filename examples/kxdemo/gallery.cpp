@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "gallery.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "animation.h"
+#include "scene.h"
+#include "window.h"
+
+namespace demo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Of each scene: the still shows this moment, the animation the time before it.
+constexpr double stillSeconds = 2.6;
+constexpr double filmedSeconds = 1.6;
+constexpr int framesAPicture = 6;  // of the film: ten a second
+constexpr int filmFactor = 2;
+
+constexpr const char* pageHead = R"(<!DOCTYPE html>
+<html lang="en">
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width">
+<title>kxgraphic: the tour</title>
+<style>
+body { margin: 2em auto; max-width: 84em; padding: 0 1em; background: #181b22; color: #d8dce4; font: 16px sans-serif }
+h1 { font-weight: normal; color: #fff }
+figure { display: inline-block; width: 640px; max-width: 100%; margin: 0 1em 2em 0; vertical-align: top }
+figure.wide { width: auto }
+img { max-width: 100%; background: #000 }
+figcaption b { color: #ffd66e }
+code { color: #9fc0ff }
+</style>
+<h1>kxgraphic: the tour</h1>
+<p>Every pixel here was drawn by the library, on the processor. The same scenes move in a window where there is a display.
+)";
+
+std::string escaped(std::string_view text) {
+  std::string out;
+  for (const char c : text) {
+    if (c == '&')
+      out += "&amp;";
+    else if (c == '<')
+      out += "&lt;";
+    else
+      out += c;
+  }
+  return out;
+}
+
+void figure(std::ostream& page, std::string_view file, std::string_view title, std::string_view calls,
+            const char* kind = "") {
+  page << "<figure" << kind << "><img src=\"" << file << "\" alt=\"" << escaped(title) << "\">\n<figcaption><b>"
+       << escaped(title) << "</b><br><code>" << escaped(calls) << "</code></figcaption></figure>\n";
+}
+
+/// Draws a scene frame by frame from its beginning; `seen` gets each frame's number.
+template <typename Seen>
+Image played(std::size_t index, const Material& material, double seconds, Seen seen) {
+  const std::unique_ptr<Scene> scene = scenes()[index].make(material);
+  Image image = makeImage(frameWidth, frameHeight, material.format);
+  const int last = static_cast<int>(seconds * framesASecond);
+  for (int i = 0; i <= last; ++i) {
+    drawTitled(*scene, index, image.get(), visitedAt(i / framesASecond));
+    seen(i, image);
+  }
+  return image;
+}
+
+}  // namespace
+
+void writeSheet(const std::string& folder, const Image& picture, std::string_view pictureName) {
+  fs::create_directories(folder);
+  const std::string file = (fs::path(folder) / "sheet.png").string();
+  savePicture(formatSheet({picture, pictureName, KX_FORMAT_565}), file);
+  std::printf("%s\n", file.c_str());
+}
+
+void writeGallery(const std::string& folder, const Image& picture, std::string_view pictureName) {
+  fs::create_directories(folder);
+  const Material material{picture, pictureName, KX_FORMAT_555};
+  const auto path = [&](const std::string& name) { return (fs::path(folder) / name).string(); };
+  const std::size_t count = scenes().size();
+  const auto tell = [](const char* text, const std::string& rest) {
+    std::printf("   %s%s\n", text, rest.c_str());
+    std::fflush(stdout);
+  };
+  savePicture(formatSheet(material), path("sheet.png"));
+
+  Animation film(frameWidth, frameHeight, filmFactor, static_cast<int>(framesAPicture * 1000 / framesASecond));
+  const int firstFilmed = static_cast<int>((stillSeconds - filmedSeconds) * framesASecond);
+  std::vector<Image> filmFrames;
+  for (std::size_t i = 0; i < count; ++i) {
+    const SceneEntry& entry = scenes()[i];
+    char number[32];
+    std::snprintf(number, sizeof number, "%2u/%u  ", static_cast<unsigned>(i + 1), static_cast<unsigned>(count));
+    tell(number, std::string(entry.name) + ": " + entry.title);
+    const Image still = played(i, material, stillSeconds, [&](int frame, const Image& image) {
+      if (entry.filmed && frame >= firstFilmed && (frame - firstFilmed) % framesAPicture == 0)
+        filmFrames.push_back(converted(image, image->format));
+    });
+    savePicture(still, path(std::string(entry.name) + ".png"));
+    if (entry.filmed) film.sample(still);
+  }
+  tell("the animation of ", std::to_string(filmFrames.size()) + " frames");
+  for (const Image& frame : filmFrames) film.add(frame);
+  film.save(path("tour.png"));
+
+  std::ofstream page(path("index.html"));
+  page << pageHead;
+  figure(page, "tour.png", "The moving scenes", "ten frames a second and half the size of the window");
+  for (const SceneEntry& entry : scenes()) figure(page, std::string(entry.name) + ".png", entry.title, entry.calls);
+  figure(page, "sheet.png", "A picture in every bitmap format", "plain, packed and LZW sizes, and CRC-32 of the pixels",
+         " class=\"wide\"");
+  page.close();
+  if (!page) throw Error(exitNotWritten, path("index.html") + ": cannot be written");
+  std::printf("%s\n", path("index.html").c_str());
+}
+
+void measureScenes(const Image& picture, std::string_view pictureName) {
+  const Material material{picture, pictureName, KX_FORMAT_555};
+  for (std::size_t i = 0; i < scenes().size(); ++i) {
+    double total = 0;
+    double longest = 0;
+    double before = 0;
+    int frames = 0;
+    played(i, material, 5, [&](int frame, const Image&) {
+      const double now = secondsNow();
+      // The first frame includes making the scene.
+      if (frame > 0) {
+        total += now - before;
+        longest = std::max(longest, now - before);
+        ++frames;
+      }
+      before = now;
+    });
+    std::printf("%-12s %6.2f ms a frame, at most %6.2f\n", scenes()[i].name, total / frames * 1000, longest * 1000);
+  }
+}
+
+}  // namespace demo

@@ -1,0 +1,21 @@
+// The tour without a display: pictures, an animation and a page that shows them.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "image.h"
+
+namespace demo {
+
+/// Writes the gallery into a folder, which is made, and prints a line for each scene and the page's place.
+void writeGallery(const std::string& folder, const Image& picture, std::string_view pictureName);
+
+/// Writes one picture in all formats as a sheet into a folder and prints its place.
+void writeSheet(const std::string& folder, const Image& picture, std::string_view pictureName);
+
+/// Draws every scene for some seconds of its time, as fast as it goes, and prints what a frame takes.
+void measureScenes(const Image& picture, std::string_view pictureName);
+
+}  // namespace demo
