@@ -1,0 +1,11 @@
+# On Windows a DLL tells its version and what it is: kx_version_resource(<target> <description>)
+if(WIN32)
+  enable_language(RC)
+endif()
+
+function(kx_version_resource target description)
+  if(WIN32)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${PROJECT_BINARY_DIR}/resources/${target}.rc @ONLY)
+    target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/resources/${target}.rc)
+  endif()
+endfunction()
