@@ -43,13 +43,29 @@ endif()
 # Programs find the libraries wherever an archive is unpacked.
 set(kx_shipped mmgr kxgraphic)
 file(RELATIVE_PATH kx_libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-foreach(program kxdemo)
+foreach(program kxdemo kxinfo)
   if(TARGET ${program})
     list(APPEND kx_shipped ${program})
     set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${kx_libraries_from_programs}")
     install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
   endif()
 endforeach()
+
+if(TARGET kxtrace)
+  list(APPEND kx_shipped kxtrace)
+  install(
+    TARGETS kxtrace
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT programs)
+endif()
+
+# For those who build bindings, and for gdb, which looks for a library's script under its own path there.
+install(FILES bindings/kxgraphic.json bindings/python/kxgraphic.py bindings/python/example.py
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/kxgraphic COMPONENT development)
+if(NOT WIN32)
+  install(FILES tools/gdb/kxgraphic-gdb.py DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${CMAKE_INSTALL_FULL_LIBDIR}
+          RENAME libkxgraphic.so.${PROJECT_VERSION}-gdb.py COMPONENT development)
+endif()
 
 # All that is installed, and no tests or benchmarks.
 add_custom_target(kx_shipped DEPENDS ${kx_shipped})
