@@ -28,12 +28,12 @@
 /** The flags of KX_setMode: a kind and a number of buffers. Kinds 3, 6 and 7 are full screen and 4 and 5 windowed, none
  *  of which changes the display mode. */
 enum KxModeFlags {
-  KX_MODE_KIND_MASK = 0x07,
-  KX_MODE_NONE = 0x00, /**< only restore */
-  KX_MODE_WINDOWED = 0x01,
-  KX_MODE_FULL_SCREEN = 0x02, /**< as a bit of the kind: the buffers are the whole display's */
-  KX_MODE_BUFFERS_MASK = 0x18,
-  KX_MODE_TWO_BUFFERS = 0x08,
+  KX_MODE_KIND_MASK = 0x07,    /**< the bits of the kind */
+  KX_MODE_NONE = 0x00,         /**< only restore */
+  KX_MODE_WINDOWED = 0x01,     /**< buffers of the window's client size */
+  KX_MODE_FULL_SCREEN = 0x02,  /**< as a bit of the kind: the buffers are the whole display's */
+  KX_MODE_BUFFERS_MASK = 0x18, /**< the bits of the number of buffers */
+  KX_MODE_TWO_BUFFERS = 0x08,  /**< front and back */
   KX_MODE_THREE_BUFFERS = 0x10 /**< both bits or neither: one buffer */
 };
 

@@ -2,6 +2,7 @@
 """Writes headers for Doxygen in which every export is a declaration with a whole description of its own.
 
 The public headers make declarations of the list of exports by macros, which Doxygen cannot follow.
+Beside them it puts the guides of docs/.
 usage: reference.py OUTPUT-FOLDER   Ends with 1 and a line for each gap when an export lacks a text, an argument or a result.
 SPDX-License-Identifier: MIT
 """
@@ -248,14 +249,26 @@ def plain(name):
     return re.sub(r"^/\* ", f"/** @file kxgraphic/{name}\n * ", source, count=1)
 
 
+def guides(output):
+    """The guides with links to the functions they name, and names for their pages, which Doxygen would make of the folder."""
+    output.mkdir(parents=True)
+    for path in sorted((ROOT / "docs").glob("*.md")):
+        text = re.sub(r"^(# .*)$", rf"\1 {{#guide_{path.stem}}}", path.read_text(encoding="utf-8"), count=1, flags=re.M)
+        parts = re.split(r"(^```.*?^```$)", text, flags=re.S | re.M)
+        parts[::2] = [re.sub(r"`(\w+)`", lambda name: f"[{name[0]}](@ref {name[1]})" if name[1] in known else name[0], part)
+                      for part in parts[::2]]
+        (output / path.name).write_text("".join(parts), encoding="utf-8")
+
+
 def main():
-    output = Path(sys.argv[1]) / "kxgraphic"
+    output = Path(sys.argv[1]) / "headers/kxgraphic"
     (output / "exports").mkdir(parents=True)
     # The headers that stay as they are include it.
     shutil.copy(LISTS / "errors.inc", output / "exports")
     errors, values = read_errors(LISTS), read_values(LISTS)
     known.update(export.name for path in LISTS.glob("*.inc") for export in read_list(path)[1] if export.kind != "UNDESIGNED")
     known.update(re.findall(r"^  (KX_[A-Z0-9_]+) =", "".join(path.read_text() for path in HEADERS.glob("*.h")), re.M))
+    guides(Path(sys.argv[1]) / "guides")
     told = {RESERVED[2]}
     for header, (_, lists) in FAMILIES.items():
         (output / f"{header}.h").write_text(family(header, errors, values), encoding="utf-8")

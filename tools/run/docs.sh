@@ -8,7 +8,7 @@ make_docs() {
   mkdir -p build/docs
   say "writing the pages"
   {
-    python3 tools/docs/reference.py build/docs/reference && doxygen tools/docs/Doxyfile &&
+    python3 tools/docs/reference.py build/docs/input && doxygen tools/docs/Doxyfile &&
       python3 tools/docs/check_pages.py build/docs
   } >"$log" 2>&1
 }
