@@ -5,11 +5,20 @@
 
 #include "frame/heap.h"
 
+namespace {
+
+// A program's own memory manager need not know null.
+void release(void* block) {
+  if (block != nullptr) mmgr_free(block);
+}
+
+}  // namespace
+
 void* operator new(std::size_t size) { return mmgr_alloc(size); }
 void* operator new[](std::size_t size) { return mmgr_alloc(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return mmgr_alloc(size); }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return mmgr_alloc(size); }
-void operator delete(void* block) noexcept { mmgr_free(block); }
-void operator delete[](void* block) noexcept { mmgr_free(block); }
-void operator delete(void* block, std::size_t) noexcept { mmgr_free(block); }
-void operator delete[](void* block, std::size_t) noexcept { mmgr_free(block); }
+void operator delete(void* block) noexcept { release(block); }
+void operator delete[](void* block) noexcept { release(block); }
+void operator delete(void* block, std::size_t) noexcept { release(block); }
+void operator delete[](void* block, std::size_t) noexcept { release(block); }

@@ -39,8 +39,11 @@ private:
 constexpr double unitOf32Bits = 1.0 / 4294967296.0;
 constexpr double fullTurn = 6.2831853;
 
-/// Cut to a whole cell, within what the number can hold.
-std::int32_t toCell(double place) { return static_cast<std::int32_t>(std::clamp(place, -2147483648.0, 2147483647.0)); }
+/// Cut to a whole cell. Far beyond any map places are limited, so that products of two distances fit 64 bits.
+std::int32_t toCell(double place) {
+  constexpr double farthest = 1 << 30;
+  return static_cast<std::int32_t>(std::clamp(place, -farthest, farthest));
+}
 
 /// The outline's points in order, at most `capacity`; the count of them.
 std::size_t walkOutline(Point* points, std::size_t capacity, const RoundArea& area, double angleStep) {

@@ -24,7 +24,8 @@ void checkTexels([[maybe_unused]] const Corners& corners, [[maybe_unused]] const
 #ifndef NDEBUG
   for (int vertex = 0; vertex < 3; ++vertex) {
     const VertexInt& corner = corners[static_cast<std::size_t>(vertex)];
-    if (corner.u < 0 || corner.v < 0 || corner.u >= level.width || corner.v >= level.height)
+    // The far edges are allowed: the last pixel of a row and the last row lie one step before the corner's texel.
+    if (corner.u < 0 || corner.v < 0 || corner.u > level.width || corner.v > level.height)
       texelFault(vertex, corner, level);
   }
 #endif

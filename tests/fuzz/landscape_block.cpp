@@ -42,7 +42,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::size_t kept = size - static_cast<std::size_t>(count) * 68;
   require(savedSize == bytes && std::memcmp(saved, data, kept) == 0);
   mmgr_free(saved);
-  mmgr_free(list);
+  if (list != nullptr) mmgr_free(list);
   LS_deleteLandscape(landscape);
   mmgr_free(landscape);
   return 0;

@@ -90,7 +90,7 @@ TEST(LandscapeBlock, ComesBackAsItWas) {
     ASSERT_EQ(static_cast<std::int32_t>(count), readCount);
     EXPECT_EQ(count == 0, read == nullptr);
     std::vector<TextureRef> resolved(read, read + count);
-    mmgr_free(read);
+    if (read != nullptr) mmgr_free(read);
     for (TextureRef& reference : resolved) {
       EXPECT_EQ(0u, reference.handle);
       const auto found = std::find_if(list.begin(), list.end(), [&](const TextureRef& candidate) {
@@ -192,7 +192,7 @@ TEST(LandscapeBlock, SpoiltBlocksAreReadWithinTheirBytes) {
     const auto size = static_cast<std::uint32_t>(spoilt.size());
     const std::uint32_t listed = LS_getTextureListFromData(bytes.get(), size, &read, &count);
     std::vector<TextureRef> list = references(static_cast<std::size_t>(std::max(0, std::min(count, 64))));
-    mmgr_free(read);
+    if (read != nullptr) mmgr_free(read);
     Landscape* out = nullptr;
     const std::uint32_t created =
         LS_createFromData(&out, &device, bytes.get(), size, list.data(), static_cast<std::int32_t>(list.size()));

@@ -123,10 +123,15 @@ TEST(HeightMap, OriginMovesTheLowestUnlessTheHighestWouldLeave) {
   const Case table[] = {
       {{100, 20, 250}, 10, {90, 10, 240}},
       {{0, 250, 3}, 10, {0, 250, 3}},
-      {{9, 0, 250}, 0xFFFFFFF0, {9, 0, 250}},
+      {{9, 0, 250}, 0x7FFFFFFF, {9, 0, 250}},
+      {{9, 0, 250}, 0x80000000, {9, 0, 250}},
+      {{9, 0, 250}, 0xFFFFFFFF, {9, 0, 250}},
       {{5, 5, 5}, 7, {7, 7, 7}},
       // The first value is the highest and goes unseen, so that the move wraps.
       {{200, 20, 20}, 100, {24, 100, 100}},
+      // No height counts for the highest here, so that any origin up to 255 and the lowest together will do.
+      {{30, 20, 10}, 265, {29, 19, 9}},
+      {{30, 20, 10}, 266, {30, 20, 10}},
   };
   for (const Case& row : table) {
     const LandscapeOwner landscape = kxtest::randomLandscape(random, 3, 1, 0);
@@ -239,6 +244,27 @@ TEST(HeightMap, RoundAreasLieBetweenTheirRadiiAndTakeTheSameRules) {
                                          area.roughness, range));
     ASSERT_EQ(wanted, Heights(*map));
   }
+}
+
+/// Radii and changes of the radius far beyond the map: sides of up to 2^31 cells, none of which may be walked off the
+/// map. An area that wide holds the whole map or a half of it, as the shape turns inside out.
+TEST(HeightMap, RoundAreasOfAnyRadiusEndSoonAndStayOnTheMap) {
+  std::mt19937 random(7);
+  const LandscapeOwner landscape = kxtest::randomLandscape(random, 40, 30, 0);
+  Landscape* map = landscape.get();
+  constexpr int inner[] = {INT_MIN, INT_MIN + 1, -1000000, -1, 0, 1};
+  constexpr int outer[] = {1, 2, 3, 50, 900};
+  constexpr int rough[] = {0, 1, 70000, INT_MAX};
+  for (const int rMin : inner)
+    for (const int rMax : outer)
+      for (const int roughness : rough)
+        for (const std::uint32_t seed : {1u, 77u, 0xFFFFFFFFu})
+          ASSERT_EQ(0u, LS_softenHeightMapRound(map, seed, 39, 0, rMin, rMax, roughness)) << rMin << ' ' << rMax;
+
+  const kx::RoundArea wide{5, 20, 15, 300, 20000, INT_MAX};
+  kx::AreaMask mask;
+  ASSERT_EQ(kx::Result::Ok, kx::makeAreaMask(&mask, *map, wide));
+  EXPECT_EQ(0, std::count(mask.get(), mask.get() + 40 * 30, 0)) << "a ring round the map holds all of it";
 }
 
 TEST(HeightMap, FailedAllocationsLeaveTheMap) {

@@ -147,6 +147,9 @@ TEST_F(TriangleEntries, DebugBuildsNameAVertexOutsideTheTexture) {
   EXPECT_EQ(-1, faultyVertex);
   vertices[1].u = 8;
   EXPECT_EQ(0u, draw());
+  EXPECT_EQ(-1, faultyVertex) << "a corner on the far edge is no fault";
+  vertices[1].u = 9;
+  EXPECT_EQ(0u, draw());
 #ifdef NDEBUG
   EXPECT_EQ(-1, faultyVertex);
 #else

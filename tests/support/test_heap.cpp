@@ -39,7 +39,6 @@ extern "C" void* mmgr_alloc(std::size_t size) {
 }
 
 extern "C" void mmgr_free(void* block) {
-  if (block == nullptr) return;
   if (blocks().erase(block) == 0) {
     std::fprintf(stderr, "mmgr_free(%p): not a live block\n", block);
     std::abort();

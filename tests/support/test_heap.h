@@ -1,5 +1,5 @@
 // The memory manager of the white-box tests: counts blocks, fails on request, fills new blocks with a pattern and stops
-// the program when a block that is not live is freed.
+// the program when something is freed that is no live block; a program's own manager need not know null either.
 // SPDX-License-Identifier: MIT
 #pragma once
 
