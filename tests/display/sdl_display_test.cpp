@@ -4,12 +4,13 @@
 #include <SDL.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
-#include "display/x11_screenshot.h"
+#include "display/x11_server.h"
 #include "kxgraphic/kxgraphic.h"
 
 extern "C" void mmgr_free(void* block);
@@ -84,29 +85,52 @@ private:
   int x_ = 0, y_ = 0;
 };
 
-void expectPicture(SDL_Window* window, int width, int height, int frame) {
+/// Compares the first width x height pixels of a window's client area with a colour for each.
+template <typename ColourAt>
+void expectShown(SDL_Window* window, int width, int height, ColourAt expectedAt) {
   const Shown shown(window);
   int wrong = 0;
   for (int y = 0; y < height; ++y)
     for (int x = 0; x < width; ++x) {
-      const Colour expected = pictureColour(x, y, frame);
+      const Colour expected = expectedAt(x, y);
       const Colour colour = shown.at(x, y);
       wrong += colour.red != expected.red || colour.green != expected.green || colour.blue != expected.blue;
     }
   EXPECT_EQ(0, wrong) << "pixels of " << width * height;
 }
 
+void expectPicture(SDL_Window* window, int width, int height, int frame) {
+  expectShown(window, width, height, [=](int x, int y) { return pictureColour(x, y, frame); });
+}
+
+/// Sizes of frames that are offered beside the desktop's own, where the X server is a virtual one.
+struct Size {
+  int width, height;
+};
+constexpr Size offeredSizes[] = {{640, 480}, {150, 110}, {240, 200}, {310, 50}, {40, 230}};
+
 class SdlDisplayTest : public testing::Test {
 protected:
+  static void SetUpTestSuite() {
+    const char* driver = std::getenv("SDL_VIDEODRIVER");
+    if (driver == nullptr || std::string(driver) != "x11") return;
+    for (const Size& size : offeredSizes) offerX11Mode(size.width, size.height);
+  }
+
   void SetUp() override {
     methods.version = 0x10000;
     ASSERT_EQ(0u, KX_createScreen(&screen, nullptr, 0, &methods));
     if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr)
       setenv("SDL_VIDEODRIVER", "dummy", 0);
-    if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) GTEST_SKIP() << "no display: " << SDL_GetError();
-    window = SDL_CreateWindow("kxgraphic", windowX, windowY, windowWidth, windowHeight, SDL_WINDOW_BORDERLESS);
+    if (!startVideo()) GTEST_SKIP() << "no display: " << SDL_GetError();
     ASSERT_NE(nullptr, window) << SDL_GetError();
+  }
+
+  bool startVideo() {
+    if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return false;
+    window = SDL_CreateWindow("kxgraphic", windowX, windowY, windowWidth, windowHeight, SDL_WINDOW_BORDERLESS);
     handleEvents();
+    return true;
   }
 
   void TearDown() override {
@@ -223,6 +247,59 @@ TEST_F(SdlDisplayTest, FullScreenTakesTheWindowAndGivesItBack) {
   window = nullptr;
   EXPECT_EQ(0u, KX_flip(screen, 0));
   EXPECT_EQ(0u, KX_restoreMode(screen));
+}
+
+/// Where a frame goes on a desktop.
+struct Place {
+  int x, y;
+  Size size;
+};
+
+Place placeOf(const Size& frame, const Size& desktop) {
+  const int factor = std::min(desktop.width / frame.width, desktop.height / frame.height);
+  Size size = {frame.width * factor, frame.height * factor};
+  if (factor == 0) {
+    const double scale = std::min(double(desktop.width) / frame.width, double(desktop.height) / frame.height);
+    size = {static_cast<int>(frame.width * scale + 1e-6), static_cast<int>(frame.height * scale + 1e-6)};
+  }
+  return {(desktop.width - size.width) / 2, (desktop.height - size.height) / 2, size};
+}
+
+TEST_F(SdlDisplayTest, FullScreenEnlargesByAWholeFactorAndReducesInProportion) {
+  SDL_DisplayMode own;
+  ASSERT_EQ(0, SDL_GetDesktopDisplayMode(0, &own));
+  int shown = 0;
+  // Half the desktop is smaller than some of the frames.
+  for (const Size& desktop : {Size{own.w, own.h}, Size{own.w / 2, own.h / 2}}) {
+    SDL_DestroyWindow(window);
+    SDL_QuitSubSystem(SDL_INIT_VIDEO);
+    const bool isSet = setX11Desktop(desktop.width, desktop.height);
+    ASSERT_TRUE(startVideo());
+    if (!isSet) GTEST_SKIP() << "the display has one mode only";
+    for (const Size& size : offeredSizes) {
+      SCOPED_TRACE(testing::Message() << size.width << "x" << size.height << " on " << desktop.width << "x"
+                                      << desktop.height);
+      VideoMode mode = {size.width, size.height, 0, size.width % 20 == 0 ? KX_FORMAT_888 : KX_FORMAT_565};
+      const std::uint32_t code = KX_setMode(screen, window, KX_MODE_FULL_SCREEN, &mode);
+      if (code == 0x4004 && (size.width > own.w || size.height > own.h)) continue;
+      ASSERT_EQ(0u, code);
+      handleEvents();
+      drawPicture(screen->back, 1);
+      ASSERT_EQ(0u, KX_flip(screen, 0));
+      const Place place = placeOf(size, desktop);
+      expectShown(window, desktop.width, desktop.height, [&](int x, int y) {
+        x -= place.x;
+        y -= place.y;
+        if (x < 0 || y < 0 || x >= place.size.width || y >= place.size.height) return Colour{0, 0, 0};
+        return pictureColour(x * size.width / place.size.width, y * size.height / place.size.height, 1);
+      });
+      ASSERT_EQ(0u, KX_restoreMode(screen));
+      handleEvents();
+      ++shown;
+    }
+  }
+  setX11Desktop(own.w, own.h);
+  EXPECT_LE(8, shown);
 }
 
 TEST_F(SdlDisplayTest, AWindowWithARendererOfItsOwnDoesNoHarm) {
