@@ -135,7 +135,7 @@ private:
       std::array<VertexInt, 3> corners;
       for (std::size_t i = 0; i < 3; ++i) {
         const Corner& corner = triangle.corners[i];
-        corners[i] = {corner.x, corner.y, 0, corner.u, corner.v, corner.shade};
+        corners[i] = {corner.x, corner.y, 0, corner.u, corner.v, work_.lit ? corner.shade : 0};
       }
       vertices_.push_back(corners);
     }
@@ -154,7 +154,7 @@ private:
 
 const Group own([](std::vector<Row>& rows) {
   addWorks<DrawWork>(
-      rows, drawWorks(), "kx", [](const DrawWork& work) { return work.lit; },
+      rows, drawWorks(), "kx", [](const DrawWork&) { return true; },
       [](const DrawWork& work) -> std::function<void()> {
         return [drawing = std::make_shared<OwnDrawing>(work)] { drawing->run(); };
       });
