@@ -43,14 +43,14 @@ with_pkg_config() {
   cc -std=c11 "$user/main.c" "${flags[@]}" -Wl,-rpath,"$lib" -o "$work/$1-pkg-config" && says_it_works "$work/$1-pkg-config"
 }
 
-# holds FOLDER PATH...: these and no absolute paths of this machine
+# holds FOLDER PATH...: these, and in no file a path of this machine
 holds() {
   local folder=$work/$1 path
   shift
   for path; do
     [ -e "$folder/$path" ] || { echo "$folder lacks $path"; return 1; }
   done
-  ! grep -rIlF "$root" "$folder" | grep .
+  ! grep -rlF "$root" "$folder" | grep .
 }
 
 unpack_debs() {
@@ -112,8 +112,8 @@ step "find_package from there" with_find_package installed
 step "pkg-config from there" with_pkg_config installed
 if compgen -G "$packages/kxgraphic-*-linux-*.tar.gz" >/dev/null; then
   step ".tar.gz unpacks" bash -c "mkdir '$work/tar' && tar xzf '$packages'/kxgraphic-*.tar.gz -C '$work/tar' --strip-components=1"
-  step ".tar.gz holds" holds tar README.txt LICENSE bin/kxdemo lib/libkxgraphic.so.1 lib/libmmgr.so include/kxgraphic/kxgraphic.h
-  step ".tar.gz: its demo runs" "$work/tar/bin/kxdemo" --list
+  step ".tar.gz holds" holds tar README.txt LICENSE bin/kxdemo bin/kxinfo lib/libkxgraphic.so.1 lib/libmmgr.so include/kxgraphic/kxgraphic.h
+  step ".tar.gz: its demo draws" "$work/tar/bin/kxdemo" --sheet "$work/sheet"
   step ".tar.gz: find_package" with_find_package tar
   step ".tar.gz: pkg-config" with_pkg_config tar
 fi
@@ -129,6 +129,7 @@ if compgen -G "$packages/kxgraphic-*-win32.zip" >/dev/null; then
   step ".zip unpacks" unzip_windows
   step ".zip holds" holds win32 README.txt bin/kxgraphic.dll bin/mmgr.dll bin/kxdemo.exe lib/libkxgraphic.dll.a lib/libmmgr.dll.a \
     lib/kxgraphic.def lib/mmgr.def include/kxgraphic/kxgraphic.h
+  [ -n "$no_wine" ] || step ".zip: its demo draws" tools/wine-run "$work/win32/bin/kxdemo.exe" --sheet "$work/sheet-windows"
   step ".zip: find_package with mingw-w64" with_find_package_windows
   ! command -v lld-link >/dev/null || step ".zip: import libraries of the .def files" with_def_files
 fi

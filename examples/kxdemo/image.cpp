@@ -59,6 +59,31 @@ Image converted(const Image& source, std::uint32_t format) {
   return copy;
 }
 
+namespace {
+
+/// Pixels as stb gives them, and their size.
+struct Decoded {
+  std::unique_ptr<stbi_uc, void (*)(void*)> rgb;
+  int width, height;
+};
+
+Image toImage(const Decoded& decoded, const std::string& name) {
+  if (!decoded.rgb) throw Error(exitBroken, name + ": " + stbi_failure_reason());
+  Image image = makeImage(decoded.width, decoded.height, KX_FORMAT_888);
+  const stbi_uc* from = decoded.rgb.get();
+  for (int y = 0; y < decoded.height; ++y) {
+    std::uint8_t* to = image->pixels + static_cast<std::ptrdiff_t>(image->pitch) * y;
+    for (int x = 0; x < decoded.width; ++x, from += 3, to += 3) {
+      to[0] = from[2];
+      to[1] = from[1];
+      to[2] = from[0];
+    }
+  }
+  return image;
+}
+
+}  // namespace
+
 Image loadPicture(const std::string& file) {
   int width = 0;
   int height = 0;
@@ -72,21 +97,16 @@ Image loadPicture(const std::string& file) {
   if (width > largestPicture || height > largestPicture)
     throw Error(exitTooLarge, file + ": " + std::to_string(width) + " x " + std::to_string(height) +
                                   " pixels; the demo takes up to " + std::to_string(largestPicture) + " each way");
-  const std::unique_ptr<stbi_uc, void (*)(void*)> rgb(stbi_load(file.c_str(), &width, &height, &channels, 3),
-                                                      stbi_image_free);
-  if (!rgb) throw Error(exitBroken, file + ": " + stbi_failure_reason());
+  stbi_uc* rgb = stbi_load(file.c_str(), &width, &height, &channels, 3);
+  return toImage({{rgb, stbi_image_free}, width, height}, file);
+}
 
-  Image image = makeImage(width, height, KX_FORMAT_888);
-  const stbi_uc* from = rgb.get();
-  for (int y = 0; y < height; ++y) {
-    std::uint8_t* to = image->pixels + static_cast<std::ptrdiff_t>(image->pitch) * y;
-    for (int x = 0; x < width; ++x, from += 3, to += 3) {
-      to[0] = from[2];
-      to[1] = from[1];
-      to[2] = from[0];
-    }
-  }
-  return image;
+Image decodePicture(std::span<const std::uint8_t> bytes, const std::string& name) {
+  int width = 0;
+  int height = 0;
+  int channels = 0;
+  stbi_uc* rgb = stbi_load_from_memory(bytes.data(), static_cast<int>(bytes.size()), &width, &height, &channels, 3);
+  return toImage({{rgb, stbi_image_free}, width, height}, name);
 }
 
 std::vector<std::uint8_t> rgbOf(const Image& image) {

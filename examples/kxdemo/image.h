@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -46,6 +47,9 @@ Image converted(const Image& source, std::uint32_t format);
 
 /// A picture of a file as a 24-bit bitmap, at most 4096 pixels wide and high.
 Image loadPicture(const std::string& file);
+
+/// The same of a file's bytes; the name is for messages.
+Image decodePicture(std::span<const std::uint8_t> bytes, const std::string& name);
 
 /// The pixels as red, green, blue, without gaps.
 std::vector<std::uint8_t> rgbOf(const Image& image);

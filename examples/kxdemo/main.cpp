@@ -5,6 +5,7 @@
 //   kxdemo --list, --measure          names the scenes; tells what their frames take
 //   --picture FILE shows another picture, --frames COUNT closes the window after that many
 // SPDX-License-Identifier: MIT
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -18,6 +19,11 @@
 
 namespace {
 
+/// examples/pictures/spheres.png, so that the program runs wherever it is copied.
+constexpr std::uint8_t ownPicture[] = {
+#include "own_picture.inc"
+};
+
 constexpr int exitUsage = 2;
 constexpr int exitNoDisplay = 7;
 
@@ -25,7 +31,7 @@ struct Options {
   std::string scene;
   std::string galleryFolder;
   std::string sheetFolder;
-  std::string picture = KXDEMO_PICTURE;
+  std::string picture;  ///< a file, or nothing for the demo's own
   int frames = 0;
   bool list = false;
   bool measure = false;
@@ -68,8 +74,9 @@ int run(const Options& options) {
     for (const demo::SceneEntry& entry : demo::scenes()) std::printf("%-12s %s\n", entry.name, entry.title);
     return 0;
   }
-  const std::string pictureName = std::filesystem::path(options.picture).filename().string();
-  const demo::Image picture = demo::loadPicture(options.picture);
+  const bool own = options.picture.empty();
+  const std::string pictureName = own ? "spheres.png" : std::filesystem::path(options.picture).filename().string();
+  const demo::Image picture = own ? demo::decodePicture(ownPicture, pictureName) : demo::loadPicture(options.picture);
   if (options.measure) {
     demo::measureScenes(picture, pictureName);
     return 0;
