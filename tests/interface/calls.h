@@ -4,10 +4,13 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <vector>
 
 #include "kxgraphic/kxgraphic.h"
+
+extern "C" void mmgr_free(void* block);
 
 namespace kxtest {
 
@@ -25,9 +28,22 @@ public:
     weights = make(KX_FORMAT_GREY, 5);
     colours = make(KX_FORMAT_888, 6);
     if (indexed != nullptr) KX_setPalette(indexed, palette.data());
+    for (std::size_t i = 0; i < water.size(); ++i) water[i] = static_cast<std::int16_t>(i * i % 400);
+
+    KX_get3DDeviceInterface(&deviceMethods, nullptr, nullptr, 0);
+    KX_create3DDevice(&device, target, 0, 0, 0, &deviceMethods);
+    KX_createTexture(&texture, device, 16, 16, KX_FORMAT_565, 1);
+    KX_createCamera(&camera, device);
+    LS_createLandscape(&landscape, device, mapWidth, mapHeight, 1);
+    for (std::int32_t i = 0; texture != nullptr && i < 256; ++i)
+      KX_setPixel(texture->levels[0], i % 16, i / 16, static_cast<std::uint32_t>(i * 259));
   }
 
   ~Scene() {
+    if (LS_deleteLandscape(landscape) == 0) mmgr_free(landscape);  // it leaves the record
+    KX_deleteCamera(camera);
+    KX_deleteTexture(texture);
+    KX_delete3DDevice(device);
     for (Bitmap* bitmap : {target, source, indexed, depth, weights, colours})
       if (bitmap != nullptr) KX_deleteBitmap(bitmap);
   }
@@ -43,12 +59,27 @@ public:
       for (std::int32_t i = 0; bitmap != nullptr && i < bitmap->pitch * bitmap->height; ++i) add(bitmap->pixels[i]);
     for (const std::uint8_t byte : output) add(byte);
     for (const std::uint8_t byte : palette) add(byte);
+    for (const std::int16_t cell : water) add(static_cast<std::uint32_t>(cell));
+    for (int i = 0; landscape != nullptr && i < mapWidth * mapHeight; ++i) add(landscape->heightMap[i]);
+    for (const std::uint32_t coordinate : place) add(coordinate);
+    for (const float coordinate : point) add(std::bit_cast<std::uint32_t>(coordinate));
     return sum;
   }
 
   static constexpr std::int32_t width = 67, height = 9;
 
+  static constexpr std::int32_t mapWidth = 33, mapHeight = 17;
+  static constexpr std::int32_t cellsX = 20, cellsY = 12, waterPitch = 2 * cellsX;
+
   BitmapMethods methods;
+  DeviceMethods deviceMethods;
+  Device3D* device = nullptr;
+  Texture* texture = nullptr;
+  Camera* camera = nullptr;
+  Landscape* landscape = nullptr;
+  std::array<std::int16_t, 2 * cellsX * cellsY> water;
+  std::array<float, 3> point{30, 20, 10};
+  std::array<std::uint32_t, 2> place{};
   std::array<std::uint8_t, 768> palette;
   std::array<std::uint8_t, 1000> data;
   std::array<std::uint8_t, 4000> output{};
@@ -65,6 +96,33 @@ private:
     return bitmap;
   }
 };
+
+/// Triangles, cameras, landscapes and water.
+template <typename Call>
+void callOnThreeDimensions(Scene& s, Call&& call) {
+  static const VertexInt corners[] = {
+      {2, 0, 0, 0, 0, 0x102030}, {64, 2, 0, 15, 3, 0xE0F010}, {30, 8, 0, 4, 15, 0x404040}};
+  static const float floats[] = {1, 2, 3, 4, 5, 6};
+  static const std::int8_t tint[] = {1, -2, 3};
+  const std::uint8_t on = 1, format = KX_FORMAT_565;
+  const auto* image = reinterpret_cast<const std::uint16_t*>(s.source->pixels);
+  std::int16_t* const next = s.water.data() + Scene::cellsX * Scene::cellsY;
+  call("KX_calculateWaterMap", KX_calculateWaterMap, next, Scene::waterPitch, s.water.data(), Scene::waterPitch,
+       Scene::cellsX, Scene::cellsY, on, 3);
+  call("KX_drawWaterBitmap", KX_drawWaterBitmap, reinterpret_cast<std::uint16_t*>(s.target->pixels), 2, 1,
+       s.target->pitch, next, Scene::waterPitch, 3, 1, 1, 18, 2, image, 0, 0, Scene::width, Scene::height,
+       s.source->pitch, format, 5, tint);
+  call("KX_drawTexturedTriangleGouraudShade", KX_drawTexturedTriangleGouraudShade, s.device, s.texture, corners, on);
+  call("KX_drawTexturedTriangleGouraudShadeAlpha", KX_drawTexturedTriangleGouraudShadeAlpha, s.device, s.texture, 90,
+       corners, on);
+  call("KX_cameraSetPosition", KX_cameraSetPosition, s.camera, floats);
+  call("KX_cameraSetRotation", KX_cameraSetRotation, s.camera, floats);
+  call("KX_cameraSetParameter", KX_cameraSetParameter, s.camera, 2.5f, 4.0f, 3.0f, 640.0f, 480.0f);
+  call("KX_cameraTransformAndProject", KX_cameraTransformAndProject, s.camera, s.point.data());
+  call("LS_createHeightMap", LS_createHeightMap, s.landscape, 4711u, nullptr, 20, 10, 240);
+  call("LS_softenHeightMap", LS_softenHeightMap, s.landscape, 1, 1, 30, 14);
+  call("LS_findHillValley", LS_findHillValley, s.landscape, &s.place[0], &s.place[1], on, 0, 0, 33, 17);
+}
 
 /// Makes the calls as `call(name, function, arguments...)`.
 template <typename Call>
@@ -96,7 +154,10 @@ void callEveryFamily(Scene& s, Call&& call) {
   call("KX_getAverageLuminance", KX_getAverageLuminance, s.source);
   call("KX_calculateCRC", KX_calculateCRC, s.data.data(), 999);
   call("LZ_compress", LZ_compress, s.output.data(), s.data.data(), 999u);
+  call("LZ_decompress", LZ_decompress, s.output.data() + 3000, s.output.data(), 800u, 900u);
   call("RLE_compress", RLE_compress, s.output.data(), s.data.data(), 999u);
+  call("RLE_decompressWords", RLE_decompressWords, s.output.data() + 3000, s.output.data(), 700, 2u, 300u, nullptr);
+  callOnThreeDimensions(s, call);
 }
 
 }  // namespace kxtest

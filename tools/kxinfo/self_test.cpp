@@ -7,6 +7,8 @@
 
 #include "kxgraphic/kxgraphic.h"
 
+extern "C" void mmgr_free(void* block);
+
 namespace kxinfo {
 
 namespace {
@@ -176,6 +178,7 @@ void shapeLandscape(Desk& desk) {
     desk.note(LS_gradeHeightMapRound(island, 7, 30, 15, 5, 14, 4, 100));
     desk.note(KX_calculateCRC(island->heightMap, 65 * 33));
     LS_deleteLandscape(island);
+    mmgr_free(island);  // the record itself stays
   }
   KX_delete3DDevice(device);
 }

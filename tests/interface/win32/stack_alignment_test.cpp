@@ -1,5 +1,5 @@
-// Programs compiled for old Windows keep the stack aligned to 4 bytes only; calls from there work the same.
-// SPDX-License-Identifier: MIT
+// Programs compiled for old Windows keep the stack aligned to 4 bytes only, and leave rubbish beside 8-bit arguments;
+// calls from there work the same. SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -41,10 +41,11 @@ __asm__(
 
 namespace {
 
+/// An argument on the stack. What an 8-bit one does not fill is left as it was by many a compiler.
 template <typename Parameter, typename Argument>
 std::uint32_t word(Argument argument) {
   const auto parameter = static_cast<Parameter>(argument);
-  std::uint32_t result = 0;
+  std::uint32_t result = 0xA5C3A5C3;
   std::memcpy(&result, &parameter, sizeof parameter);
   return result;
 }
