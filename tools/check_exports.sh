@@ -1,6 +1,7 @@
 #!/bin/bash
 # Compares the names that a built library exports with those that its snapshot promises (docs/versioning.md):
 #   tools/check_exports.sh build/<preset>/<library>
+# A Windows library must also stay small.
 # SPDX-License-Identifier: MIT
 library=$1
 [ -e "$library" ] || { echo "$library is not there"; echo "0 passed, 1 failed"; exit 1; }
@@ -25,10 +26,24 @@ case $library in
     ;;
 esac
 
+# Bytes that a game ships: without the debug information.
+largest=1000000
+oversized=0
+case $library in
+  *.dll)
+    stripped=$(mktemp)
+    i686-w64-mingw32-strip -o "$stripped" "$library" && size=$(stat -c %s "$stripped")
+    rm -f "$stripped"
+    echo "$library takes $size bytes stripped, $largest at most"
+    [ "$size" -le "$largest" ] || oversized=1
+    ;;
+esac
+
 LC_ALL=C comm -23 "$expected" "$found" | sed "s|^|$library lacks |"
 LC_ALL=C comm -13 "$expected" "$found" | sed "s|^|$library exports without a promise: |"
 passed=$(LC_ALL=C comm -12 "$expected" "$found" | wc -l)
 failed=$(LC_ALL=C comm -3 "$expected" "$found" | wc -l)
 [ -s "$found" ] || failed=$((failed + 1))
+failed=$((failed + oversized))
 echo "$passed passed, $failed failed"
 [ "$failed" = 0 ]

@@ -23,7 +23,8 @@ configure() {
   [ "$preset" = release ] && options+=("-DKX_BENCH=$(on_if [ -z "$(missing_packages bench)" ])")
   command -v ccache >/dev/null &&
     options+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
-  key=$(configuration_key "${options[@]}")
+  # kxcount needs valgrind's header, which may come later.
+  key=$(configuration_key "${options[@]}" "$(missing_packages counts)")
   # Ninja looks after changed CMake files itself.
   [ -f "$folder/build.ninja" ] && [ "$key" = "$(cat "$folder/.configured" 2>/dev/null)" ] && return 0
   say "configuring $preset"

@@ -26,6 +26,7 @@ bench|tiffio.h|libtiff-dev
 bench|/usr/include/pixman-1/pixman.h|libpixman-1-dev
 bench|/usr/include/allegro.h|liballegro4-dev
 bench|pkg-config|pkg-config
+counts|valgrind|valgrind
 lint|clang-format|clang-format
 lint|clang-tidy|clang-tidy
 lint|cppcheck|cppcheck

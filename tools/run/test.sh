@@ -89,6 +89,17 @@ stage_packages() {
   tools/check_packages.sh ${no_wine:+--no-wine}
 }
 
+stage_counts() {
+  local status
+  if [ -z "$(missing_packages counts)" ]; then
+    build release kxcount >&3 || { tail -n 20 "$log"; return 1; }
+  fi
+  tools/check_counts.sh build/release
+  status=$?
+  [ "$status" != 77 ] || { skipped=$(sed -n 's/^not compared: /NOT RUN, /p' "$logs/counts.log"); return 0; }
+  return "$status"
+}
+
 # run_stage NAME TITLE: the scripts of tools/ end their output with a line "N passed, N failed", which counts too
 run_stage() {
   local name=$1 title=$2 begin=$SECONDS status passed failed skipped= mark=ok
@@ -129,6 +140,7 @@ run_tests() {
   fi
   run_stage release "native, g++"
   if [ -z "$quick" ]; then
+    run_stage counts "counted instructions, against the baseline"
     run_stage house "the rules of the house"
     run_stage asan "native, address and undefined behaviour sanitizers"
     run_stage clang "native, clang++"
