@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "bitmap/locks.h"
 #include "bitmap/record.h"
 #include "pixel/formats.h"
 
@@ -135,17 +136,10 @@ Result deleteBitmap(Bitmap* bitmap) {
   return Result::Ok;
 }
 
-Result lock(Bitmap* bitmap) {
+/// `change(bitmap)` on the lock of a bitmap.
+Result changeLock(Bitmap* bitmap, Result (*change)(Bitmap*)) {
   KX_TRY(checkWritable(bitmap));
-  if (isBadWritePointer(bitmap->pixels)) return Result::BitmapDestroyed;
-  if (bitmap->lockCount != 0xFFFFFFFF) ++bitmap->lockCount;
-  return Result::Ok;
-}
-
-Result unlock(Bitmap* bitmap) {
-  KX_TRY(checkWritable(bitmap));
-  if (bitmap->lockCount != 0) --bitmap->lockCount;
-  return Result::Ok;
+  return change(bitmap);
 }
 
 }  // namespace
@@ -163,8 +157,8 @@ std::uint32_t KX_CALL KX_createFromData(Bitmap** result, Bitmap* source, std::ui
 
 std::uint32_t KX_CALL KX_deleteBitmap(Bitmap* bitmap) { return kx::toCode(kx::deleteBitmap(bitmap)); }
 
-std::uint32_t KX_CALL KX_lock(Bitmap* bitmap) { return kx::toCode(kx::lock(bitmap)); }
+std::uint32_t KX_CALL KX_lock(Bitmap* bitmap) { return kx::toCode(kx::changeLock(bitmap, kx::raiseLock)); }
 
-std::uint32_t KX_CALL KX_unlock(Bitmap* bitmap) { return kx::toCode(kx::unlock(bitmap)); }
+std::uint32_t KX_CALL KX_unlock(Bitmap* bitmap) { return kx::toCode(kx::changeLock(bitmap, kx::lowerLock)); }
 
 std::uint32_t KX_CALL KX_getBytesPerPixel(std::uint32_t format) { return kx::formatInfo(format).bytesFixed; }

@@ -4,14 +4,30 @@
 
 #include "frame/checks.h"
 #include "frame/result.h"
+#include "kxgraphic/bitmap.h"
 #include "kxgraphic/types.h"
 
 namespace kx {
 
-/// MethodTableDestroyed when the bitmap has no table to lock it through.
+/// What KX_lock does with a bitmap that can be written. Settled: the count stops at its greatest value.
+inline Result raiseLock(Bitmap* bitmap) {
+  if (isBadWritePointer(bitmap->pixels)) return Result::BitmapDestroyed;
+  if (bitmap->lockCount != 0xFFFFFFFF) ++bitmap->lockCount;
+  return Result::Ok;
+}
+
+/// What KX_unlock does with a bitmap that can be written.
+inline Result lowerLock(Bitmap* bitmap) {
+  if (bitmap->lockCount != 0) --bitmap->lockCount;
+  return Result::Ok;
+}
+
+/// MethodTableDestroyed when the bitmap has no table to lock it through. The library's own lock is done on the spot:
+/// points take one each.
 inline Result lockOnly(Bitmap* bitmap) {
   if (isBadReadPointer(bitmap->methods)) return Result::MethodTableDestroyed;
-  return fromCode(bitmap->methods->lock(bitmap));
+  const auto lock = bitmap->methods->lock;
+  return lock == &KX_lock ? raiseLock(bitmap) : fromCode(lock(bitmap));
 }
 
 /// Locks and then requires writable pixel memory (BitmapDestroyed, with the lock still raised).
@@ -21,7 +37,10 @@ inline Result lockPixels(Bitmap* bitmap) {
   return isBadWritePointer(bitmap->pixels) ? Result::BitmapDestroyed : Result::Ok;
 }
 
-inline Result unlock(Bitmap* bitmap) { return fromCode(bitmap->methods->unlock(bitmap)); }
+inline Result unlock(Bitmap* bitmap) {
+  const auto unlock = bitmap->methods->unlock;
+  return unlock == &KX_unlock ? lowerLock(bitmap) : fromCode(unlock(bitmap));
+}
 
 /// Deletes through the bitmap's own method table.
 inline Result deleteThroughTable(Bitmap* bitmap) { return fromCode(bitmap->methods->deleteBitmap(bitmap)); }

@@ -6,6 +6,7 @@
 
 #include "bitmap/view.h"
 #include "draw/colour_formats.h"
+#include "pixel/colour_blend.h"
 
 namespace kx {
 
@@ -72,10 +73,10 @@ void plotDots(const Bitmap& target, const Line& line, const Blend& blend, Plot p
 void drawDotsDirectly(const Bitmap& target, const Line& line, std::uint32_t colour, const Blend& blend) {
   withByteFormat(target.format, [&](auto format) {
     using Format = decltype(format);
-    const auto alpha = static_cast<std::uint32_t>(blend.alpha);
     if (blend.hasAlpha) {
+      const ColourBlend<Format> blended(colour, static_cast<std::uint32_t>(blend.alpha));
       plotDots(target, line, blend, [=](std::uint8_t* pixel) {
-        storePixel<Format::bytes>(pixel, blendAlpha<Format>(colour, loadPixel<Format::bytes>(pixel), alpha));
+        storePixel<Format::bytes>(pixel, blended(loadPixel<Format::bytes>(pixel)));
       });
     } else {
       plotDots(target, line, blend, [=](std::uint8_t* pixel) { storePixel<Format::bytes>(pixel, colour); });

@@ -40,22 +40,22 @@ Result getPixel(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t& v
   return Result::Ok;
 }
 
-inline void plot(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, const Blend& blend) {
-  if (blend.hasDepth) {
-    std::uint8_t& stored = *pixelAddress(*blend.zBuffer, x, y);
-    if (!depthPasses(blend.z, stored)) return;
-    stored = static_cast<std::uint8_t>(blend.z);
-  }
-  std::uint8_t* const row = rowAddress(bitmap, y);
-  if (blend.hasAlpha)
-    withByteFormat(bitmap.format, [&](auto format) {
-      colour = blendAlpha<decltype(format)>(colour, readPixel(row, bitmap.format, x),
-                                            static_cast<std::uint32_t>(blend.alpha));
-    });
-  writePixel(row, bitmap.format, x, colour);
+/// The depth test of one pixel, which stores z where it passes.
+bool passesDepth(const Bitmap& zBuffer, std::int32_t x, std::int32_t y, std::int32_t z) {
+  std::uint8_t& stored = *pixelAddress(zBuffer, x, y);
+  if (!depthPasses(z, stored)) return false;
+  stored = static_cast<std::uint8_t>(z);
+  return true;
 }
 
-/// Made once for each variant: points come by the million.
+std::uint32_t blended(std::uint32_t format, std::uint32_t colour, std::uint32_t pixel, std::int32_t alpha) {
+  withByteFormat(format, [&](auto type) {
+    colour = blendAlpha<decltype(type)>(colour, pixel, static_cast<std::uint32_t>(alpha));
+  });
+  return colour;
+}
+
+/// Made once for each variant, without a record of what the variant lacks: points come by the million.
 template <bool HasAlpha, bool HasDepth>
 Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha = 0,
                  Bitmap* zBuffer = nullptr, std::int32_t z = 0) {
@@ -68,14 +68,18 @@ Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t c
   KX_TRY(checkFormats(*bitmap, blend));
   if (!depthCovers(blend, x, y, 1, 1)) return Result::CoordinateOutOfRange;
   KX_TRY(checkMethods(bitmap, blend));
-  KX_TRY(lockForDrawing(bitmap, blend));
-  if (hasRunLengthRows(bitmap->format)) {
+  KX_TRY(lockPixels(bitmap));
+  if constexpr (HasDepth) KX_TRY(lockPixels(zBuffer));
+  if (hasRunLengthRows(bitmap->format)) [[unlikely]] {
     KX_TRY(drawOnUnpacked(
         bitmap, [=](Bitmap* plain) { return drawPoint<HasAlpha, HasDepth>(plain, x, y, colour, alpha, zBuffer, z); }));
-  } else {
-    plot(*bitmap, x, y, colour, blend);
+  } else if (!HasDepth || passesDepth(*zBuffer, x, y, z)) {
+    std::uint8_t* const row = rowAddress(*bitmap, y);
+    const std::uint32_t format = bitmap->format;
+    writePixel(row, format, x, HasAlpha ? blended(format, colour, readPixel(row, format, x), alpha) : colour);
   }
-  unlockAfterDrawing(bitmap, blend);
+  static_cast<void>(unlock(bitmap));
+  if constexpr (HasDepth) static_cast<void>(unlock(zBuffer));
   return Result::Ok;
 }
 
