@@ -1,9 +1,11 @@
 // The blit workloads, and the library's own rows.
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <memory>
 
 #include "blits.h"
 #include "own_bitmaps.h"
+#include "random.h"
 
 namespace kxbench {
 
@@ -15,6 +17,17 @@ constexpr std::uint32_t grey = KX_FORMAT_GREY, indexed = KX_FORMAT_PALETTE, rgb1
 std::vector<Move> wholeFrame() {
   const Rectangle frame{0, 0, frameWidth, frameHeight};
   return {{frame, frame}};
+}
+
+/// One rectangle of a size at 200 places, from an odd column of the source where there is one.
+std::vector<Move> patches(std::int32_t width, std::int32_t height, std::int32_t targetWidth,
+                          std::int32_t targetHeight) {
+  std::vector<Move> moves(200);
+  Random random(0x0DD5);
+  for (Move& move : moves)
+    move = {{random.below(targetWidth - width + 1), random.below(targetHeight - height + 1), width, height},
+            {1, 0, width, height}};
+  return moves;
 }
 
 std::vector<Move> sprites() {
@@ -32,10 +45,10 @@ std::vector<Move> stretch(std::int32_t sourceWidth, std::int32_t sourceHeight, s
 /// Appends a workload for each format, its name ending in the depth.
 class Works {
 public:
-  void add(const char* name, std::initializer_list<std::uint32_t> formats, const BlitWork& like) {
+  void add(const std::string& name, std::initializer_list<std::uint32_t> formats, const BlitWork& like) {
     for (const std::uint32_t format : formats) {
       BlitWork work = like;
-      work.name = std::string(name) + '.' + depthName(format);
+      work.name = name + '.' + depthName(format);
       work.target = format;
       if (work.source != indexed) work.source = format;
       works_.push_back(std::move(work));
@@ -106,13 +119,49 @@ std::vector<BlitWork> makeWorks() {
   works.add("g.copyzamap_mix", {rgb16}, deep(like(frame, false, Blend::Map), Depth::Buffer));
   works.add("g.copyzmap", {rgb16}, deep(frame, Depth::Map));
   works.add("g.copyzmapkey", {rgb16}, deep(like(frame, true), Depth::Map));
+
+  const auto packed = [](BlitWork work) {
+    work.packed = true;
+    return work;
+  };
+  sprite.source = rgb16;
+  works.add("a.key_packed", {rgb16, rgb15, rgb24, grey}, packed(like(frame, true)));
+  works.add("b.copy_packed", {rgb16, rgb24, grey}, packed(sprite));
+  works.add("b.key_packed", {rgb16, rgb15, rgb24, grey}, packed(like(sprite, true)));
+  works.add("b.alpha128_packed", {rgb16, rgb24}, packed(like(sprite, false, Blend::Constant, 128)));
+  works.add("b.keyalpha128_packed", {rgb16, rgb15, rgb24}, packed(like(sprite, true, Blend::Constant, 128)));
+
+  // No size is like another: the smallest calls, odd sprites, single rows and columns, and growth.
+  const auto sized = [&](std::initializer_list<std::uint32_t> formats, std::int32_t width, std::int32_t height) {
+    BlitWork patch{};
+    patch.width = width + 1;
+    patch.height = height;
+    patch.targetWidth = std::max(width, frameWidth);
+    patch.targetHeight = std::max(height, frameHeight);
+    patch.moves = patches(width, height, patch.targetWidth, patch.targetHeight);
+    // Frames and larger are drawn once a round.
+    if (width * height > frameWidth * frameHeight / 2) patch.moves.resize(1);
+    const std::string size = '_' + std::to_string(width) + 'x' + std::to_string(height);
+    works.add("n.copy" + size, formats, patch);
+    works.add("n.key" + size, formats, like(patch, true));
+    works.add("n.alpha128" + size, formats, like(patch, false, Blend::Constant, 128));
+  };
+  sized({rgb16}, 1, 1);
+  sized({rgb16}, 16, 16);
+  sized({rgb16, rgb24, grey}, 37, 53);
+  sized({rgb16}, 1, 480);
+  sized({rgb16}, 640, 1);
+  sized({rgb16, rgb24}, 1920, 1080);
+  for (const std::int32_t side : {64, 256, 1024, 4096}) sized({rgb16}, side, side);
   return works.take();
 }
 
 /// A workload's bitmaps and the call that its variant needs.
 struct OwnBlit {
   explicit OwnBlit(const BlitWork& given)
-      : work(given), target(makeBitmap(work.makeTarget())), source(makeBitmap(work.makeSource())) {
+      : work(given),
+        target(makeBitmap(work.makeTarget())),
+        source(work.packed ? makePackedBitmap(work.makeSource()) : makeBitmap(work.makeSource())) {
     if (work.blend == Blend::Map) map = makeBitmap(makeAlphaMap(work.map, work.width, work.height));
     if (work.depth != Depth::None) zBuffer = makeBitmap(makeZBuffer());
     if (work.depth == Depth::Map) zMap = makeBitmap(makeZMap());

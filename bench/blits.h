@@ -1,4 +1,4 @@
-// The blit workloads (groups a to g) as data. A contender is a function that prepares one of them.
+// The blit workloads (groups a to g, and n: sizes) as data. A contender is a function that prepares one of them.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -29,6 +29,8 @@ struct BlitWork {
   AlphaKind map = AlphaKind::Mix;  ///< Blend::Map
   Depth depth = Depth::None;
   std::int32_t width = frameWidth, height = frameHeight;  ///< of the source
+  std::int32_t targetWidth = frameWidth, targetHeight = frameHeight;
+  bool packed = false;  ///< the library's source is in packed rows
   std::vector<Move> moves = {};
 
   /// All moves of a workload have the same sizes.
@@ -39,7 +41,7 @@ struct BlitWork {
   }
   /// Pixels written by all moves.
   [[nodiscard]] std::int64_t pixels() const;
-  [[nodiscard]] Picture makeTarget() const { return makePicture(target, 2); }
+  [[nodiscard]] Picture makeTarget() const { return makePicture(target, 2, targetWidth, targetHeight); }
 };
 
 const std::vector<BlitWork>& blitWorks();

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace kxbench {
 
@@ -23,6 +24,16 @@ OwnedBitmap makeBitmap(Picture picture) {
     std::memcpy(bitmap->pixels + std::ptrdiff_t{y} * bitmap->pitch, picture.row(y),
                 static_cast<std::size_t>(picture.width() * picture.pixelBytes()));
   if (picture.format() == KX_FORMAT_PALETTE) require(KX_setPalette(bitmap, makePalette().data()), "palette");
+  return OwnedBitmap(bitmap);
+}
+
+OwnedBitmap makePackedBitmap(Picture picture) {
+  const std::int32_t width = picture.width(), height = picture.height();
+  const std::uint32_t format = picture.format() | KX_STORAGE_PACKED;
+  const OwnedBitmap plain = makeBitmap(std::move(picture));
+  Bitmap* bitmap = nullptr;
+  require(KX_createBitmap(&bitmap, width, height, format, 0, 0, ownMethods()), "create");
+  require(KX_bltCopy(bitmap, 0, 0, plain.get(), 0, 0, width, height), "pack");
   return OwnedBitmap(bitmap);
 }
 

@@ -20,6 +20,9 @@ BitmapMethods* ownMethods();
 /// A bitmap with the picture's pixels and, for palette indices, the palette of the benchmarks.
 OwnedBitmap makeBitmap(Picture picture);
 
+/// The same with packed rows.
+OwnedBitmap makePackedBitmap(Picture picture);
+
 /// Ends the program when a call of the library failed: a benchmark of refusals would be fast.
 void require(std::uint32_t code, const char* what);
 

@@ -55,7 +55,7 @@ void Report::ReportRuns(const std::vector<Run>& runs) {
 
 void Report::print() const {
   std::fprintf(stderr, "\n");
-  std::printf("%-22s %9s  %-18s %9s %8s %8s %8s\n", "workload", "kx ns", "best peer", "peer ns", "kx/peer", "xmem",
+  std::printf("%-26s %9s  %-18s %9s %8s %8s %8s\n", "workload", "kx ns", "best peer", "peer ns", "kx/peer", "xmem",
               "target");
   int missed = 0;
   std::string last;
@@ -78,7 +78,7 @@ void Report::print() const {
     const bool hasOwn = own != times.end();
     const bool hasPeer = best != times.end();
     const Target* target = targetOf(row.workload);
-    std::printf("%-22s", row.workload.c_str());
+    std::printf("%-26s", row.workload.c_str());
     cell(hasOwn, 9, 3, hasOwn ? own->second / items : 0);
     std::printf("  %-18s", hasPeer ? best->first.c_str() : "-");
     cell(hasPeer, 9, 3, hasPeer ? best->second / items : 0);

@@ -114,9 +114,10 @@ void planCombine(BlitPlan& plan, const BlitRequest& r) {
   plan.keyed = masked && r.variant.transparent();
   plan.test = masked ? RowTest::Masked : r.variant.transparent() ? RowTest::Keyed : RowTest::All;
   const Combine rule = r.variant.alphamap() ? Combine::Alphamap : r.variant.alpha() ? Combine::Alpha : Combine::Copy;
+  plan.isCopy = rule == Combine::Copy;
   const bool hasPixels = formatInfo(r.dst->format).bytesFixed != 0;
   plan.combine = hasPixels ? rowKernels().of(rule, plan.test, rowFormat(r.dst->format)) : nullptr;
-  plan.readsDestination = rule != Combine::Copy || plan.test != RowTest::All;
+  plan.readsDestination = !plan.isCopy || plan.test != RowTest::All;
   plan.alpha = static_cast<std::uint32_t>(r.alpha);
 }
 

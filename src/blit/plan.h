@@ -51,7 +51,8 @@ struct BlitPlan {
   ConvertRow convert;               ///< null: none
   const std::uint8_t* nearestTo;    ///< the palette that `convert` aims at
 
-  bool keyed;  ///< the mask leaves out pixels of value 0 before translation
+  bool isCopy;  ///< pixels are not blended
+  bool keyed;   ///< the mask leaves out pixels of value 0 before translation
   RowTest test;
   RowKernels::CombineRow combine;  ///< null: the destination has no pixels
   std::uint32_t alpha;

@@ -13,14 +13,21 @@ namespace kx {
 namespace {
 
 /// Pixels that pass through the stages at a time; their buffers stay in the first-level cache.
-constexpr std::size_t longestChunk = 1024;
+constexpr std::size_t longestChunk = GatherColumns::longest;
 
 constexpr std::size_t noColumn = ~std::size_t{0};
+
+/// Pixels go from one place to the other as they are.
+bool isPlainCopy(const BlitPlan& plan) {
+  return plan.isCopy && plan.test == RowTest::All && plan.lookupTable == nullptr && plan.convert == nullptr &&
+         !plan.destinationBits && plan.combine != nullptr;
+}
 
 class Runner {
 public:
   explicit Runner(const BlitPlan& plan) : plan_(plan), kernels_(rowKernels()) {
     if (plan.nearestTo != nullptr) nearest_.emplace(plan.nearestTo);
+    if (plan.lookupTable != nullptr) kernels_.prepareLookup[plan.lookupBytes - 1](lookup_, plan.lookupTable);
   }
 
   /// Stretches go strip by strip, so that columns are stepped once and repeated rows are still at hand.
@@ -29,6 +36,7 @@ public:
     const std::size_t strip = plan_.strips ? longestChunk : width;
     for (std::size_t left = 0; left < width; left += strip) {
       fetchedRow_ = -1;
+      fetchedTo_ = nullptr;
       for (std::int32_t y = 0; y < plan_.height; ++y) drawRow(y, left, std::min(left + strip, width));
     }
   }
@@ -70,20 +78,37 @@ private:
   void stepColumns(std::size_t x, std::size_t count) {
     if (columnsFrom_ == x) return;
     columnsFrom_ = x;
+    fillColumns(columns_, x, count);
+    if (plan_.fetch == Fetch::Rows) kernels_.prepareColumns[plan_.sourceBytes - 1](columns_);
+    if (plan_.alphamap.start == nullptr && plan_.zMap.start == nullptr) return;
+    fillColumns(mapColumns_, x, count);
+    kernels_.prepareColumns[0](mapColumns_);
+  }
+
+  void fillColumns(GatherColumns& columns, std::size_t x, std::size_t count) const {
     std::int64_t position = static_cast<std::int64_t>(x) * plan_.stepX;
     for (std::size_t i = 0; i < count; ++i, position += plan_.stepX)
-      columns_[i] = static_cast<std::uint32_t>(position >> 16);
+      columns.column[i] = static_cast<std::uint32_t>(position >> 16);
+    columns.count = count;
+    columns.limit = static_cast<std::uint32_t>(plan_.sourceWidth);
   }
 
   void drawChunk(std::size_t x, std::size_t count) {
     if (plan_.stretched) stepColumns(x, count);
+    if (gathersInPlace_) return gatherInPlace(x, count);
     if (!repeated_) fetch(x, count);
     if (plan_.test == RowTest::Masked) test(x, count);
     if (plan_.combine != nullptr) combine(x, count);
   }
 
-  void gather(std::uint8_t* dst, const std::uint8_t* row, std::size_t pixelBytes, std::size_t count) {
-    kernels_.gather[pixelBytes - 1]({dst, row, columns_, count, static_cast<std::uint32_t>(plan_.sourceWidth)});
+  /// A plain stretched row goes straight to its place; where the row above shows the same it is copied from there.
+  void gatherInPlace(std::size_t x, std::size_t count) {
+    std::uint8_t* const row = plan_.destination.row(y_) + x * plan_.destinationBytes;
+    if (repeated_)
+      std::memcpy(row, fetchedTo_, count * plan_.destinationBytes);
+    else
+      kernels_.gather[plan_.sourceBytes - 1](row, plan_.source.row(sourceRow_), columns_);
+    fetchedTo_ = row;
   }
 
   /// Source pixels as they are stored, and as the destination stores them.
@@ -91,15 +116,15 @@ private:
     stored_ = fetchStored(x, count);
     translated_ = stored_;
     if (plan_.lookupTable != nullptr) {
-      kernels_.lookup[plan_.lookupBytes - 1](colours_, translated_, plan_.lookupTable, count);
+      kernels_.lookup[plan_.lookupBytes - 1](colours_, translated_, lookup_, count);
       translated_ = colours_;
     }
     if (plan_.convert != nullptr) {
       plan_.convert(converted_, translated_, count, nearest_ ? &*nearest_ : nullptr);
       translated_ = converted_;
     }
-    weights_ = besideSource(plan_.alphamap, weightBuffer_, x, count);
-    depths_ = besideSource(plan_.zMap, depthBuffer_, x, count);
+    weights_ = besideSource(plan_.alphamap, weightBuffer_, x);
+    depths_ = besideSource(plan_.zMap, depthBuffer_, x);
   }
 
   const std::uint8_t* fetchStored(std::size_t x, std::size_t count) {
@@ -108,7 +133,7 @@ private:
       case Fetch::Rows: {
         const std::uint8_t* row = plan_.source.row(sourceRow_);
         if (plan_.stretched)
-          gather(fetched_, row, bytes, count);
+          kernels_.gather[bytes - 1](fetched_, row, columns_);
         else if (plan_.pixelByPixel)
           std::memcpy(fetched_, row + x * bytes, bytes);  // the depth test may store over it
         else
@@ -119,7 +144,7 @@ private:
         const std::uint8_t* row = plan_.source.row(sourceRow_);
         if (!plan_.stretched) kernels_.readBits(fetched_, row, plan_.sourceX + x, count);
         for (std::size_t i = 0; plan_.stretched && i < count; ++i)
-          kernels_.readBits(fetched_ + i, row, plan_.sourceX + columns_[i], 1);
+          kernels_.readBits(fetched_ + i, row, plan_.sourceX + columns_.column[i], 1);
         break;
       }
       case Fetch::Packed:
@@ -138,17 +163,17 @@ private:
   void gatherPacked(std::size_t count) {
     const std::size_t bytes = plan_.sourceBytes;
     for (std::size_t i = 0; i < count; ++i) {
-      packed_.skip(columns_[i] - packedColumn_);
-      packedColumn_ = columns_[i];
+      packed_.skip(columns_.column[i] - packedColumn_);
+      packedColumn_ = columns_.column[i];
       std::memcpy(fetched_ + i * bytes, packed_.peek(), bytes);
     }
   }
 
-  const std::uint8_t* besideSource(const Plane& plane, std::uint8_t* buffer, std::size_t x, std::size_t count) {
+  const std::uint8_t* besideSource(const Plane& plane, std::uint8_t* buffer, std::size_t x) {
     if (plane.start == nullptr) return nullptr;
     const std::uint8_t* row = plane.row(sourceRow_);
     if (!plan_.stretched) return row + x;
-    gather(buffer, row, 1, count);
+    kernels_.gather[0](buffer, row, mapColumns_);
     return buffer;
   }
 
@@ -177,6 +202,8 @@ private:
   std::int32_t y_ = 0;
   std::int64_t sourceRow_ = 0, fetchedRow_ = -1;
   bool repeated_ = false;
+  const std::uint8_t* fetchedTo_ = nullptr;  ///< of plain stretches: where the row above was drawn
+  const bool gathersInPlace_ = plan_.strips && plan_.fetch == Fetch::Rows && isPlainCopy(plan_);
   std::size_t columnsFrom_ = noColumn;
   PackedReader packed_;
   std::size_t packedColumn_ = 0;
@@ -187,15 +214,27 @@ private:
   const std::uint8_t* weights_ = nullptr;
   const std::uint8_t* depths_ = nullptr;
 
-  std::uint32_t columns_[longestChunk];
+  GatherColumns columns_, mapColumns_;  ///< the second for maps of a byte a pixel
+  LookupTable lookup_;
   std::uint8_t fetched_[3 * longestChunk], colours_[3 * longestChunk], converted_[3 * longestChunk];
   std::uint8_t mask_[longestChunk], weightBuffer_[longestChunk], depthBuffer_[longestChunk], bits_[longestChunk];
 };
 
 /// Source rows can be combined with the destination as they lie, without passing through buffers.
 bool drawsInPlace(const BlitPlan& plan) {
-  return plan.fetch == Fetch::Rows && !plan.stretched && !plan.pixelByPixel && plan.lookupTable == nullptr &&
-         plan.convert == nullptr && plan.test != RowTest::Masked && !plan.destinationBits && plan.combine != nullptr;
+  return plan.fetch == Fetch::Rows && !plan.stretched && !plan.pixelByPixel && plan.convert == nullptr &&
+         !plan.destinationBits && plan.combine != nullptr && plan.zBuffer.start == nullptr &&
+         (plan.lookupTable == nullptr || plan.isCopy);
+}
+
+/// Palettised rows that are copied, with or without those of index 0.
+void translateInPlace(const BlitPlan& plan) {
+  const RowKernels& kernels = rowKernels();
+  LookupTable table;
+  kernels.prepareLookup[plan.lookupBytes - 1](table, plan.lookupTable);
+  const RowKernels::LookupRow lookup = (plan.keyed ? kernels.lookupKeyed : kernels.lookup)[plan.lookupBytes - 1];
+  for (std::int32_t y = 0; y < plan.height; ++y)
+    lookup(plan.destination.row(y), plan.source.row(y), table, static_cast<std::size_t>(plan.width));
 }
 
 void runInPlace(const BlitPlan& plan) {
@@ -230,7 +269,7 @@ void copyWords(const BlitPlan& plan) {
 void run(const BlitPlan& plan) {
   if (plan.width < 1 || plan.height < 1) return;
   if (plan.wordByWord) return copyWords(plan);
-  if (drawsInPlace(plan)) return runInPlace(plan);
+  if (drawsInPlace(plan)) return plan.lookupTable != nullptr ? translateInPlace(plan) : runInPlace(plan);
   Runner(plan).run();
 }
 

@@ -12,7 +12,7 @@ RowKernels choose(CpuLevel level) {
   RowKernels kernels = portableRows();
   if (level >= CpuLevel::Sse2) kernels = improveRowsSse2(kernels);
   if (level >= CpuLevel::Avx2) kernels = improveFetchAvx2(improveRowsAvx2(kernels));
-  if (level >= CpuLevel::Avx512) kernels = improveFetchAvx512(improveRowsAvx512(kernels));
+  if (level >= CpuLevel::Avx512) kernels = improveCopiesAvx512(improveFetchAvx512(improveRowsAvx512(kernels)));
   return kernels;
 }
 

@@ -53,14 +53,26 @@ struct DepthSpan {
   std::int32_t z;            ///< that depth, 0 to 255, or with a map the offset that is added to it (any)
 };
 
-/// A gather of one strip of a stretched row. Columns never fall and stay below `columnLimit`, and the source row can
-/// be read up to there.
-struct GatherSpan {
-  std::uint8_t* dst;
-  const std::uint8_t* src;
-  const std::uint32_t* columns;
+/// A table of 256 elements, and what a level makes of it. To be made ready once for all rows.
+struct LookupTable {
+  const std::uint8_t* entries;
+  std::uint8_t planes[3][256];  ///< AVX-512: the bytes of the entries apart
+};
+
+/// Source columns of one strip of a stretched row, and what a level makes of them. To be made ready once for all rows.
+struct GatherColumns {
+  static constexpr std::size_t longest = 1024;
+
+  /// They never fall and stay below `limit`; the source row can be read up to there.
+  std::uint32_t column[longest];
   std::size_t count;
-  std::uint32_t columnLimit;
+  std::uint32_t limit;
+
+  // AVX-512: each 64 bytes of the strip are bytes of a window of the source row.
+  std::uint32_t windowParts;  ///< registers of a window; 0: too wide
+  std::size_t fullBlocks;     ///< whole blocks whose windows can be read whole
+  std::uint32_t blockFrom[3 * longest / 64];
+  std::uint8_t places[3 * longest];
 };
 
 /// The row functions of one level of instruction sets. Arrays by bytes per pixel hold 1, 2 and 3 at indices 0 to 2.
@@ -74,11 +86,14 @@ struct RowKernels {
 
   void (*depth)(const DepthSpan&);
 
-  /// dst[i] = table[src[i]] for a table of 256 elements, by bytes of an element.
-  void (*lookup[3])(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* table, std::size_t count);
+  /// dst[i] = entries[src[i]], by bytes of an entry; the second where src[i] is not 0.
+  using LookupRow = void (*)(std::uint8_t* dst, const std::uint8_t* src, const LookupTable& table, std::size_t count);
+  void (*prepareLookup[3])(LookupTable& table, const std::uint8_t* entries);
+  LookupRow lookup[3], lookupKeyed[3];
 
-  /// dst[i] = src[columns[i]], by bytes per pixel.
-  void (*gather[3])(const GatherSpan&);
+  /// dst[i] = src[column[i]], by bytes per pixel.
+  void (*prepareColumns[3])(GatherColumns& columns);
+  void (*gather[3])(std::uint8_t* dst, const std::uint8_t* src, const GatherColumns& columns);
 
   /// One byte of 0 or 1 for each bit from bit `first` of the row on, and back; the most significant bit comes first.
   void (*readBits)(std::uint8_t* dst, const std::uint8_t* row, std::size_t first, std::size_t count);
@@ -103,5 +118,6 @@ RowKernels improveRowsAvx2(RowKernels base);
 RowKernels improveRowsAvx512(RowKernels base);
 RowKernels improveFetchAvx2(RowKernels base);
 RowKernels improveFetchAvx512(RowKernels base);
+RowKernels improveCopiesAvx512(RowKernels base);
 
 }  // namespace kx

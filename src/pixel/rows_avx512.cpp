@@ -1,12 +1,6 @@
 // Row kernels for AVX-512 with byte permutations.
 // SPDX-License-Identifier: MIT
-#if defined(__GNUC__) && !defined(__clang__)
-// The compiler's own header starts permutations from a register it never sets.
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#endif
-#include <immintrin.h>
-
+#include "pixel/avx512.h"
 #include "pixel/rows_vector.h"
 
 namespace kx {
@@ -66,20 +60,10 @@ struct Avx512 {
     return _mm512_cvtepu8_epi16(_mm256_loadu_si256(static_cast<const __m256i*>(static_cast<const void*>(p))));
   }
 
-  /// For each byte of a step of 24-bit pixels its pixel.
-  struct PixelOfByte {
-    std::uint8_t pixel[3 * bytes];
-
-    constexpr PixelOfByte() : pixel() {
-      for (std::size_t i = 0; i < sizeof pixel; ++i) pixel[i] = static_cast<std::uint8_t>(i / 3);
-    }
-  };
-
   /// Each byte three times.
   static Triple<Avx512> triple(const std::uint8_t* p) {
-    static constexpr PixelOfByte places;
     const Reg source = load(p);
-    Triple<Avx512> out = loadTriple<Avx512>(places.pixel);
+    Triple<Avx512> out = loadTriple<Avx512>(interleaving.element);
     for (Reg& r : out.r) r = _mm512_permutexvar_epi8(r, source);
     return out;
   }

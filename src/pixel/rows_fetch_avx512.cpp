@@ -1,12 +1,7 @@
-// Fetching rows with AVX-512: table lookups and close gathers by permutations of bytes.
+// Fetching rows with AVX-512: palette lookups and stretched rows by permutations of bytes, their numbers made ready
+// once for all rows.
 // SPDX-License-Identifier: MIT
-#if defined(__GNUC__) && !defined(__clang__)
-// The compiler's own header starts permutations from a register it never sets.
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#endif
-#include <immintrin.h>
-
+#include "pixel/avx512.h"
 #include "pixel/rows.h"
 
 namespace kx {
@@ -14,25 +9,6 @@ namespace kx {
 namespace {
 
 RowKernels base;
-
-constexpr std::size_t registerBytes = 64;
-
-/// The lowest `count` bits; all of them from 64 on.
-inline __mmask64 lowest(std::uint64_t count) { return count >= 64 ? ~__mmask64{0} : (__mmask64{1} << count) - 1; }
-
-/// Byte numbers of interleaved elements: of each byte of three registers its element and its place in it.
-struct Interleaving {
-  std::uint8_t element[3 * registerBytes], blueOrGreen[3 * registerBytes], place[3 * registerBytes];
-
-  constexpr Interleaving() : element(), blueOrGreen(), place() {
-    for (std::size_t j = 0; j < sizeof element; ++j) {
-      element[j] = static_cast<std::uint8_t>(j / 3);
-      place[j] = static_cast<std::uint8_t>(j % 3);
-      blueOrGreen[j] = static_cast<std::uint8_t>(j / 3 + (j % 3 == 1 ? 64 : 0));
-    }
-  }
-};
-constexpr Interleaving interleaving;
 
 inline __m512i byteNumbers() {
   alignas(64) static constexpr struct Numbers {
@@ -44,131 +20,167 @@ inline __m512i byteNumbers() {
   return _mm512_load_si512(numbers.value);
 }
 
-/// One byte of each of 256 table elements.
-struct BytePlane {
-  __m512i quarter[4];
-
-  [[nodiscard]] __m512i at(__m512i index) const {
-    const __m512i low = _mm512_permutex2var_epi8(quarter[0], index, quarter[1]);
-    const __m512i high = _mm512_permutex2var_epi8(quarter[2], index, quarter[3]);
-    return _mm512_mask_blend_epi8(_mm512_movepi8_mask(index), low, high);
-  }
-};
-
-/// Byte `place` of all elements of a table.
-template <std::size_t Bytes>
-BytePlane loadPlane(const std::uint8_t* table, std::size_t place) {
+BytePlane loadPlane(const std::uint8_t* bytes) {
   BytePlane plane;
-  const __m512i number = byteNumbers();
-  const __m512i offset = _mm512_set1_epi8(static_cast<char>(place));
-  for (std::size_t q = 0; q < 4; ++q) {
-    const std::uint8_t* p = table + q * registerBytes * Bytes;
-    if constexpr (Bytes == 1) plane.quarter[q] = _mm512_loadu_si512(p);
-    if constexpr (Bytes == 2) {
-      const __m512i from = _mm512_add_epi8(_mm512_add_epi8(number, number), offset);
-      plane.quarter[q] = _mm512_permutex2var_epi8(_mm512_loadu_si512(p), from, _mm512_loadu_si512(p + registerBytes));
-    }
-    if constexpr (Bytes == 3) {
-      const __m512i from = _mm512_add_epi8(_mm512_add_epi8(number, number), _mm512_add_epi8(number, offset));
-      const __m512i early =
-          _mm512_permutex2var_epi8(_mm512_loadu_si512(p), from, _mm512_loadu_si512(p + registerBytes));
-      plane.quarter[q] = _mm512_mask_permutexvar_epi8(early, _mm512_movepi8_mask(from), from,
-                                                      _mm512_loadu_si512(p + 2 * registerBytes));
-    }
-  }
+  for (std::size_t q = 0; q < 4; ++q) plane.quarter[q] = _mm512_loadu_si512(bytes + q * registerBytes);
   return plane;
 }
 
-/// Stores what belongs to the first `bytes` bytes of a register, `skip` bytes into them.
-inline void storePart(std::uint8_t* dst, std::size_t skip, std::size_t bytes, __m512i value) {
-  if (bytes > skip) _mm512_mask_storeu_epi8(dst + skip, lowest(bytes - skip), value);
+/// Splits a table into planes: all first bytes of its elements, all second ones, all third ones.
+template <std::size_t Bytes>
+void splitTable(LookupTable& table, const std::uint8_t* entries) {
+  table.entries = entries;
+  const __m512i number = byteNumbers();
+  for (std::size_t place = 0; place < Bytes; ++place)
+    for (std::size_t q = 0; q < 4; ++q) {
+      const std::uint8_t* p = entries + q * registerBytes * Bytes;
+      const __m512i offset = _mm512_set1_epi8(static_cast<char>(place));
+      __m512i part = _mm512_loadu_si512(p);
+      if constexpr (Bytes == 2) {
+        const __m512i from = _mm512_add_epi8(_mm512_add_epi8(number, number), offset);
+        part = _mm512_permutex2var_epi8(part, from, _mm512_loadu_si512(p + registerBytes));
+      }
+      if constexpr (Bytes == 3) {
+        const __m512i from = _mm512_add_epi8(_mm512_add_epi8(number, number), _mm512_add_epi8(number, offset));
+        part = _mm512_permutex2var_epi8(part, from, _mm512_loadu_si512(p + registerBytes));
+        part = _mm512_mask_permutexvar_epi8(part, _mm512_movepi8_mask(from), from,
+                                            _mm512_loadu_si512(p + 2 * registerBytes));
+      }
+      _mm512_storeu_si512(table.planes[place] + q * registerBytes, part);
+    }
 }
 
-template <std::size_t Bytes>
-void lookupPlanes(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* table, std::size_t count) {
-  // Splitting the table pays from here on.
-  constexpr std::size_t shortest = 32;
-  if (count < shortest) return base.lookup[Bytes - 1](dst, src, table, count);
+template <std::size_t Bytes, bool Keyed>
+void lookupPlanes(std::uint8_t* dst, const std::uint8_t* src, const LookupTable& table, std::size_t count) {
   BytePlane planes[Bytes];
-  for (std::size_t place = 0; place < Bytes; ++place) planes[place] = loadPlane<Bytes>(table, place);
+  for (std::size_t place = 0; place < Bytes; ++place) planes[place] = loadPlane(table.planes[place]);
   for (std::size_t i = 0; i < count; i += registerBytes) {
-    const std::size_t left = count - i < registerBytes ? count - i : registerBytes;
-    const __m512i index = _mm512_maskz_loadu_epi8(lowest(left), src + i);
+    const std::size_t left = count - i;
+    const __mmask64 inside = lowest(left);
+    const __m512i index = _mm512_maskz_loadu_epi8(inside, src + i);
+    // Bytes not loaded count as keyed.
+    const __mmask64 drawn = Keyed ? _mm512_test_epi8_mask(index, index) : inside;
+    if (Keyed && drawn == 0) continue;
     std::uint8_t* out = dst + i * Bytes;
-    if constexpr (Bytes == 1) storePart(out, 0, left, planes[0].at(index));
+    if constexpr (Bytes == 1) _mm512_mask_storeu_epi8(out, drawn, planes[0].at(index));
     if constexpr (Bytes == 2) {
       // In this order unpacking within groups of 16 bytes gives the order of memory.
       const __m512i spread = _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7), index);
       const __m512i low = planes[0].at(spread), high = planes[1].at(spread);
-      storePart(out, 0, 2 * left, _mm512_unpacklo_epi8(low, high));
-      storePart(out, registerBytes, 2 * left, _mm512_unpackhi_epi8(low, high));
+      _mm512_mask_storeu_epi16(out, static_cast<__mmask32>(drawn), _mm512_unpacklo_epi8(low, high));
+      _mm512_mask_storeu_epi16(out + registerBytes, static_cast<__mmask32>(drawn >> 32),
+                               _mm512_unpackhi_epi8(low, high));
     }
     if constexpr (Bytes == 3) {
       const __m512i blue = planes[0].at(index), green = planes[1].at(index), red = planes[2].at(index);
-      for (std::size_t part = 0; part < 3 * registerBytes; part += registerBytes) {
-        const __m512i two = _mm512_permutex2var_epi8(blue, _mm512_loadu_si512(interleaving.blueOrGreen + part), green);
-        const __mmask64 isRed =
-            _mm512_cmpeq_epi8_mask(_mm512_loadu_si512(interleaving.place + part), _mm512_set1_epi8(2));
-        const __m512i element = _mm512_loadu_si512(interleaving.element + part);
-        storePart(out, part, 3 * left, _mm512_mask_permutexvar_epi8(two, isRed, element, red));
+      for (std::size_t part = 0; part < 3; ++part) {
+        const std::size_t skip = part * registerBytes;
+        const __m512i element = _mm512_loadu_si512(interleaving.element + skip);
+        const __m512i two = _mm512_permutex2var_epi8(blue, _mm512_loadu_si512(interleaving.blueOrGreen + skip), green);
+        constexpr std::uint64_t thirds[] = {0x4924924924924924, 0x2492492492492492, 0x9249249249249249};
+        const __m512i value = _mm512_mask_permutexvar_epi8(two, thirds[part], element, red);
+        if constexpr (Keyed) {
+          const __m512i wanted = _mm512_permutexvar_epi8(element, _mm512_movm_epi8(drawn));
+          _mm512_mask_storeu_epi8(out + skip, _mm512_movepi8_mask(wanted), value);
+        } else {
+          storePart(out, skip, left * Bytes, value);
+        }
       }
     }
   }
 }
 
-/// Sixteen columns from a window of 128 bytes, wherever they fit into one.
+// ---- Stretched rows: each 64 bytes of the strip come from a window of at most 256 bytes of the source row.
+
 template <std::size_t Bytes>
-void gatherWindows(const GatherSpan& span) {
-  constexpr std::size_t step = 16;
-  constexpr std::uint32_t window = 2 * registerBytes / Bytes;
-  GatherSpan row = span;
-  // Columns that lie too far apart on the whole are not looked at one by one.
-  if (row.count < step || (row.columns[row.count - 1] - row.columns[0]) / row.count >= window / step)
-    return base.gather[Bytes - 1](row);
-  while (row.count >= step) {
-    const std::uint32_t first = row.columns[0];
-    if (row.columns[step - 1] - first >= window) {
-      base.gather[Bytes - 1]({row.dst, row.src, row.columns, step, row.columnLimit});
-    } else {
-      const __m512i places =
-          _mm512_sub_epi32(_mm512_loadu_si512(row.columns), _mm512_set1_epi32(static_cast<int>(first)));
-      const std::uint8_t* p = row.src + std::size_t{first} * Bytes;
-      const std::uint64_t readable = std::uint64_t{row.columnLimit - first} * Bytes;
-      const __m512i low = _mm512_maskz_loadu_epi8(lowest(readable), p);
-      const __m512i high = readable > registerBytes
-                               ? _mm512_maskz_loadu_epi8(lowest(readable - registerBytes), p + registerBytes)
-                               : _mm512_setzero_si512();
-      if constexpr (Bytes == 2) {
-        const __m512i from = _mm512_castsi256_si512(_mm512_cvtepi32_epi16(places));
-        const __m512i out = _mm512_permutex2var_epi16(low, from, high);
-        _mm256_storeu_si256(static_cast<__m256i*>(static_cast<void*>(row.dst)), _mm512_castsi512_si256(out));
-      } else {
-        __m512i from = _mm512_castsi128_si512(_mm512_cvtepi32_epi8(places));
-        if constexpr (Bytes == 3) {
-          from = _mm512_permutexvar_epi8(_mm512_loadu_si512(interleaving.element), from);
-          from = _mm512_add_epi8(_mm512_add_epi8(from, from),
-                                 _mm512_add_epi8(from, _mm512_loadu_si512(interleaving.place)));
-        }
-        _mm512_mask_storeu_epi8(row.dst, lowest(step * Bytes), _mm512_permutex2var_epi8(low, from, high));
-      }
-    }
-    row.dst += step * Bytes;
-    row.columns += step;
-    row.count -= step;
+void prepareWindows(GatherColumns& columns) {
+  columns.windowParts = 0;
+  const std::size_t bytes = columns.count * Bytes;
+  if (columns.count < 16) return;
+  std::size_t widest = 0;
+  std::size_t block = 0;
+  columns.fullBlocks = 0;
+  for (std::size_t at = 0; at < bytes; at += registerBytes, ++block) {
+    const std::size_t last = (at + registerBytes < bytes ? at + registerBytes : bytes) - 1;
+    const std::size_t from = columns.column[at / Bytes] * Bytes;
+    const std::size_t width = columns.column[last / Bytes] * Bytes + Bytes - from;
+    if (width > 4 * registerBytes) return;
+    widest = width > widest ? width : widest;
+    columns.blockFrom[block] = static_cast<std::uint32_t>(from);
+    for (std::size_t j = at; j <= last; ++j)
+      columns.places[j] = static_cast<std::uint8_t>(columns.column[j / Bytes] * Bytes + j % Bytes - from);
   }
-  base.gather[Bytes - 1](row);
+  columns.windowParts = widest <= registerBytes ? 1 : widest <= 2 * registerBytes ? 2 : 4;
+  // Blocks whose whole windows can be read, and which are whole themselves.
+  const std::uint64_t readable = std::uint64_t{columns.limit} * Bytes;
+  while (columns.fullBlocks < bytes / registerBytes &&
+         columns.blockFrom[columns.fullBlocks] + std::uint64_t{columns.windowParts} * registerBytes <= readable)
+    ++columns.fullBlocks;
+}
+
+/// The bytes that `places` names in a window of Parts registers.
+template <unsigned Parts>
+__m512i fromWindow(const std::uint8_t* window, __m512i places) {
+  const __m512i first = _mm512_loadu_si512(window);
+  if constexpr (Parts == 1) return _mm512_permutexvar_epi8(places, first);
+  if constexpr (Parts == 2) return _mm512_permutex2var_epi8(first, places, _mm512_loadu_si512(window + registerBytes));
+  return loadPlane(window).at(places);
+}
+
+template <unsigned Parts>
+void gatherBlocks(std::uint8_t* dst, const std::uint8_t* src, const GatherColumns& columns) {
+  for (std::size_t block = 0; block < columns.fullBlocks; ++block) {
+    const std::size_t at = block * registerBytes;
+    const __m512i places = _mm512_loadu_si512(columns.places + at);
+    _mm512_storeu_si512(dst + at, fromWindow<Parts>(src + columns.blockFrom[block], places));
+  }
+}
+
+template <std::size_t Bytes>
+void gatherWindows(std::uint8_t* dst, const std::uint8_t* src, const GatherColumns& columns) {
+  switch (columns.windowParts) {
+    case 1:
+      gatherBlocks<1>(dst, src, columns);
+      break;
+    case 2:
+      gatherBlocks<2>(dst, src, columns);
+      break;
+    case 4:
+      gatherBlocks<4>(dst, src, columns);
+      break;
+    default:
+      return base.gather[Bytes - 1](dst, src, columns);
+  }
+  const std::size_t bytes = columns.count * Bytes;
+  for (std::size_t block = columns.fullBlocks; block * registerBytes < bytes; ++block) {
+    const std::size_t from = columns.blockFrom[block], readable = columns.limit * Bytes - from;
+    BytePlane window;
+    for (std::size_t q = 0; q < 4; ++q) {
+      const std::size_t skip = q * registerBytes;
+      const __mmask64 inside = readable > skip ? lowest(readable - skip) : 0;
+      window.quarter[q] = _mm512_maskz_loadu_epi8(inside, src + from + skip);
+    }
+    const __m512i places = _mm512_loadu_si512(columns.places + block * registerBytes);
+    storePart(dst, block * registerBytes, bytes, window.at(places));
+  }
+}
+
+template <std::size_t Bytes>
+void improve(RowKernels& kernels) {
+  kernels.prepareLookup[Bytes - 1] = splitTable<Bytes>;
+  kernels.lookup[Bytes - 1] = lookupPlanes<Bytes, false>;
+  kernels.lookupKeyed[Bytes - 1] = lookupPlanes<Bytes, true>;
+  kernels.prepareColumns[Bytes - 1] = prepareWindows<Bytes>;
+  kernels.gather[Bytes - 1] = gatherWindows<Bytes>;
 }
 
 }  // namespace
 
 RowKernels improveFetchAvx512(RowKernels kernels) {
   base = kernels;
-  kernels.lookup[0] = lookupPlanes<1>;
-  kernels.lookup[1] = lookupPlanes<2>;
-  kernels.lookup[2] = lookupPlanes<3>;
-  kernels.gather[0] = gatherWindows<1>;
-  kernels.gather[1] = gatherWindows<2>;
-  kernels.gather[2] = gatherWindows<3>;
+  improve<1>(kernels);
+  improve<2>(kernels);
+  improve<3>(kernels);
   return kernels;
 }
 

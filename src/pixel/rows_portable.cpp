@@ -98,28 +98,47 @@ void storeOverlapping(std::uint8_t* dst, std::size_t count, Load load) {
   store24(dst + (count - 1) * 3, load(count - 1));
 }
 
+void useTable(LookupTable& table, const std::uint8_t* entries) { table.entries = entries; }
+
 template <std::size_t Bytes>
-void lookupRow(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* table, std::size_t count) {
+void lookupRow(std::uint8_t* dst, const std::uint8_t* src, const LookupTable& table, std::size_t count) {
+  const std::uint8_t* const entries = table.entries;
   if constexpr (Bytes == 3) {
     // Four bytes from the entry on, for the last entry from the one before on.
     storeOverlapping(dst, count, [=](std::size_t i) {
       const std::size_t back = src[i] == 255;
-      return load32(table + src[i] * Bytes - back) >> (8 * back);
+      return load32(entries + src[i] * Bytes - back) >> (8 * back);
     });
     return;
   }
-  for (std::size_t i = 0; i < count; ++i) storePixel<Bytes>(dst + i * Bytes, loadPixel<Bytes>(table + src[i] * Bytes));
+  for (std::size_t i = 0; i < count; ++i)
+    storePixel<Bytes>(dst + i * Bytes, loadPixel<Bytes>(entries + src[i] * Bytes));
 }
 
 template <std::size_t Bytes>
-void gatherRow(const GatherSpan& span) {
-  const GatherSpan row = span;
-  if constexpr (Bytes == 3) {
-    storeOverlapping(row.dst, row.count, [&](std::size_t i) { return load24(row.src + row.columns[i] * Bytes); });
-    return;
-  }
-  for (std::size_t i = 0; i < row.count; ++i)
-    storePixel<Bytes>(row.dst + i * Bytes, loadPixel<Bytes>(row.src + row.columns[i] * Bytes));
+void lookupKeyedRow(std::uint8_t* dst, const std::uint8_t* src, const LookupTable& table, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i)
+    if (!isKey(src[i])) storePixel<Bytes>(dst + i * Bytes, loadPixel<Bytes>(table.entries + src[i] * Bytes));
+}
+
+void useColumns(GatherColumns&) {}
+
+template <std::size_t Bytes>
+void gatherRow(std::uint8_t* dst, const std::uint8_t* src, const GatherColumns& columns) {
+  const auto load = [&](std::size_t i) { return loadPixel<Bytes>(src + columns.column[i] * Bytes); };
+  if constexpr (Bytes == 3) return storeOverlapping(dst, columns.count, load);
+  for (std::size_t i = 0; i < columns.count; ++i) storePixel<Bytes>(dst + i * Bytes, load(i));
+}
+
+template <std::size_t Bytes>
+void fillSize(RowKernels& kernels) {
+  constexpr std::size_t at = Bytes - 1;
+  kernels.keyMask[at] = keyMaskRow<Bytes>;
+  kernels.prepareLookup[at] = useTable;
+  kernels.lookup[at] = lookupRow<Bytes>;
+  kernels.lookupKeyed[at] = lookupKeyedRow<Bytes>;
+  kernels.prepareColumns[at] = useColumns;
+  kernels.gather[at] = gatherRow<Bytes>;
 }
 
 void readBitsRow(std::uint8_t* dst, const std::uint8_t* row, std::size_t first, std::size_t count) {
@@ -143,16 +162,10 @@ RowKernels portableRows() {
   fillFormat<Rgb555>(kernels, RowFormat::Rgb555);
   fillFormat<Rgb565>(kernels, RowFormat::Rgb565);
   fillFormat<Bgr24>(kernels, RowFormat::Bgr24);
-  kernels.keyMask[0] = keyMaskRow<1>;
-  kernels.keyMask[1] = keyMaskRow<2>;
-  kernels.keyMask[2] = keyMaskRow<3>;
+  fillSize<1>(kernels);
+  fillSize<2>(kernels);
+  fillSize<3>(kernels);
   kernels.depth = depthRow;
-  kernels.lookup[0] = lookupRow<1>;
-  kernels.lookup[1] = lookupRow<2>;
-  kernels.lookup[2] = lookupRow<3>;
-  kernels.gather[0] = gatherRow<1>;
-  kernels.gather[1] = gatherRow<2>;
-  kernels.gather[2] = gatherRow<3>;
   kernels.readBits = readBitsRow;
   kernels.writeBits = writeBitsRow;
   return kernels;

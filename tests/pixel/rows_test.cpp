@@ -128,23 +128,30 @@ TEST_P(RowKernelLevels, FetchLikeThePortableOnes) {
     const std::size_t size = random() % 3;
     const std::size_t bytes = size + 1;
     // Exactly as long as what may be read, so that the address sanitizer sees more.
-    const std::size_t limit = 1 + random() % longestRow;
-    std::vector<std::uint8_t> source(std::max(limit * bytes, count)), table(256 * bytes);
-    for (auto& byte : source) byte = static_cast<std::uint8_t>(random());
+    const std::size_t limit = 1 + random() % (run % 2 == 0 ? longestRow : 5 * longestRow);
+    std::vector<std::uint8_t> source(std::max(limit * bytes, count + 1)), table(256 * bytes);
+    for (auto& byte : source) byte = static_cast<std::uint8_t>(random() % 4 == 0 ? 0 : random());
     for (auto& byte : table) byte = static_cast<std::uint8_t>(random());
     Row first(random, count * bytes);
     Row second = first;
-    portable.lookup[size](first.data(), source.data(), table.data(), count);
-    level.lookup[size](second.data(), source.data(), table.data(), count);
+    kx::LookupTable plainTable, preparedTable;
+    portable.prepareLookup[size](plainTable, table.data());
+    level.prepareLookup[size](preparedTable, table.data());
+    portable.lookup[size](first.data(), source.data(), plainTable, count);
+    level.lookup[size](second.data(), source.data(), preparedTable, count);
     ASSERT_EQ(first.all(), second.all()) << "lookup, run " << run;
+    portable.lookupKeyed[size](first.data(), source.data() + 1, plainTable, count);
+    level.lookupKeyed[size](second.data(), source.data() + 1, preparedTable, count);
+    ASSERT_EQ(first.all(), second.all()) << "keyed lookup, run " << run;
 
     const std::uint64_t step = (std::uint64_t{limit} << 16) / std::max<std::size_t>(count, 1);
-    std::vector<std::uint32_t> columns(count);
-    for (std::size_t i = 0; i < count; ++i) columns[i] = static_cast<std::uint32_t>(i * step >> 16);
-    kx::GatherSpan span{first.data(), source.data(), columns.data(), count, static_cast<std::uint32_t>(limit)};
-    portable.gather[size](span);
-    span.dst = second.data();
-    level.gather[size](span);
+    kx::GatherColumns columns;
+    for (std::size_t i = 0; i < count; ++i) columns.column[i] = static_cast<std::uint32_t>(i * step >> 16);
+    columns.count = count;
+    columns.limit = static_cast<std::uint32_t>(limit);
+    portable.gather[size](first.data(), source.data(), columns);
+    level.prepareColumns[size](columns);
+    level.gather[size](second.data(), source.data(), columns);
     ASSERT_EQ(first.all(), second.all()) << "gather, run " << run << " count " << count << " from " << limit;
 
     const std::size_t bit = random() % 8;
