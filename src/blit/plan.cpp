@@ -78,6 +78,13 @@ Result planTranslation(BlitPlan& plan, const BlitRequest& r) {
   return Result::Ok;
 }
 
+/// Up to where the row table says that packed rows go on: to the start of a row that lies behind.
+const std::uint8_t* packedEnd(const Bitmap& source, const Rect& rect) {
+  if (rect.w < 1 || rect.h < 1) return source.pixels;
+  const std::int32_t last = std::min(rect.y + rect.h, source.height - 1);
+  return source.pixels + *std::max_element(source.rowTable + rect.y, source.rowTable + last + 1);
+}
+
 void planFetch(BlitPlan& plan, const BlitRequest& r) {
   const Bitmap& source = *r.src;
   const std::uint32_t pixelBytes = bytesPerPixel(source.format);
@@ -86,8 +93,8 @@ void planFetch(BlitPlan& plan, const BlitRequest& r) {
   plan.sourceWidth = r.from.w;
   if (pixelBytes != 0 && hasPackedRows(source.format)) {
     plan.fetch = Fetch::Packed;
-    plan.source.start = source.pixels;
     plan.packedRows = source.rowTable + r.from.y;
+    plan.source = {source.pixels, 0, packedEnd(source, r.from)};
   } else if (pixelBytes != 0) {
     plan.fetch = Fetch::Rows;
     plan.source = {pixelAddress(source, r.from.x, r.from.y), source.pitch, nullptr};

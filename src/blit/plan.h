@@ -24,7 +24,8 @@ enum class Fetch : std::uint8_t {
 /// earlier and later ones only needs their order kept.
 enum class Sharing : std::uint8_t { None, OtherRows, SameRow };
 
-/// Rows of bytes from the rectangle's top left corner on; `end` is the end of their block.
+/// Rows of bytes from the rectangle's top left corner on; `end` is the end of their block, of packed rows at least of
+/// what can be read.
 struct Plane {
   std::uint8_t* start = nullptr;
   std::ptrdiff_t pitch = 0;

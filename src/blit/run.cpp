@@ -60,8 +60,8 @@ private:
   /// Goes to the rectangle's left edge. Settled: the rest of a run that begins left of it is drawn whole, beyond the
   /// right edge too; it ends with the memory of the destination or of what is read beside it.
   std::size_t openPackedRow(std::size_t right) {
-    packed_ =
-        PackedReader(plan_.source.start + plan_.packedRows[sourceRow_], static_cast<std::uint32_t>(plan_.sourceBytes));
+    packed_ = PackedReader(plan_.source.start + plan_.packedRows[sourceRow_],
+                           static_cast<std::uint32_t>(plan_.sourceBytes), plan_.source.end);
     packed_.skip(plan_.sourceX);
     packedColumn_ = 0;
     if (!plan_.overruns || packed_.leftInPacket() <= right) return right;
@@ -216,7 +216,8 @@ private:
 
   GatherColumns columns_, mapColumns_;  ///< the second for maps of a byte a pixel
   LookupTable lookup_;
-  std::uint8_t fetched_[3 * longestChunk], colours_[3 * longestChunk], converted_[3 * longestChunk];
+  std::uint8_t fetched_[3 * longestChunk + PackedReader::slack];
+  std::uint8_t colours_[3 * longestChunk], converted_[3 * longestChunk];
   std::uint8_t mask_[longestChunk], weightBuffer_[longestChunk], depthBuffer_[longestChunk], bits_[longestChunk];
 };
 

@@ -5,36 +5,13 @@
 #include <algorithm>
 #include <cstring>
 
+#include "codec/packet_block.h"
 #include "codec/short_copy.h"
 #include "kxgraphic/codec.h"
 
 namespace kx {
 
 namespace {
-
-/// The first bytes of what a packet stands for: those that follow its header, or one element repeated.
-template <unsigned Size>
-struct Block {
-  static constexpr unsigned words = Size == 3 ? 3 : 4;
-  static constexpr unsigned bytes = words * 8;
-  std::uint64_t word[words];
-
-  void load(const std::uint8_t* source) { std::memcpy(word, source, bytes); }
-  void store(std::uint8_t* target) const { std::memcpy(target, word, bytes); }
-
-  /// Repeats the element that the block starts with, if `isRun`.
-  void repeatFirst(bool isRun) {
-    const std::uint64_t element = word[0] & ((std::uint64_t{1} << (8 * Size)) - 1);
-    if constexpr (Size == 3) {
-      word[1] = isRun ? element >> 16 | element << 8 | element << 32 | element << 56 : word[1];
-      word[2] = isRun ? element >> 8 | element << 16 | element << 40 : word[2];
-      word[0] = isRun ? element | element << 24 | element << 48 : word[0];
-    } else {
-      const std::uint64_t repeated = element * (Size == 1 ? 0x0101010101010101u : 0x0001000100010001u);
-      for (std::uint64_t& each : word) each = isRun ? repeated : each;
-    }
-  }
-};
 
 /// Writes one packet of `count` elements, without touching a byte after them.
 void putPacket(std::uint8_t* target, const std::uint8_t* source, bool isRun, std::size_t count, std::size_t size) {
@@ -67,8 +44,8 @@ struct Progress {
 /// elements wanted must reach.
 template <unsigned Size>
 void unpackBlocks(Progress& progress) {
-  constexpr std::size_t packetAndMore = 1 + longestPacket * Size + 4 * Block<Size>::bytes;
-  const std::uint64_t wantedAhead = Block<Size>::bytes * (progress.left == unlimitedSource ? longestPacket : 1);
+  constexpr std::size_t packetAndMore = 1 + longestPacket * Size + 4 * PacketBlock<Size>::bytes;
+  const std::uint64_t wantedAhead = PacketBlock<Size>::bytes * (progress.left == unlimitedSource ? longestPacket : 1);
   Progress p = progress;
   while (p.left >= packetAndMore && p.wanted > wantedAhead) {
     const auto header = static_cast<std::int8_t>(*p.source);
@@ -81,14 +58,7 @@ void unpackBlocks(Progress& progress) {
     }
     if (count + wantedAhead > p.wanted) break;
     const std::size_t bytes = count * Size;
-    Block<Size> block;
-    block.load(p.source + 1);
-    block.repeatFirst(isRun);
-    block.store(p.target);
-    for (std::size_t done = Block<Size>::bytes; done < bytes; done += Block<Size>::bytes) {
-      if (!isRun) block.load(p.source + 1 + done);
-      block.store(p.target + done);
-    }
+    putBlocks<Size>(p.target, p.source + 1, isRun, bytes);
     const std::size_t used = 1 + (isRun ? Size : bytes);
     p.target += bytes;
     p.wanted -= count;
