@@ -1,5 +1,6 @@
 #!/bin/bash
-# Compiles every public header by itself, as C11 and as C++17, natively and for 32-bit Windows, with warnings as errors.
+# Compiles every public header by itself, as C11 and as C++17 (kxgraphic.hpp as C++20), natively and for 32-bit Windows,
+# with warnings as errors.
 # SPDX-License-Identifier: MIT
 cd "$(dirname "$0")/.." || exit 1
 passed=0 failed=0
@@ -23,7 +24,9 @@ check() {
 for header in include/kxgraphic/*.h include/kxgraphic/*.hpp; do
   [ -e "$header" ] || continue
   name=${header##*/}
-  check c++ c++17 "$name" g++ clang++ i686-w64-mingw32-g++
+  standard=c++17
+  [ "$name" != kxgraphic.hpp ] || standard=c++20
+  check c++ "$standard" "$name" g++ clang++ i686-w64-mingw32-g++
   # Headers for C++ alone end in .hpp.
   [[ $name = *.hpp ]] || check c c11 "$name" gcc clang i686-w64-mingw32-gcc
 done
