@@ -22,12 +22,10 @@ inline Result lowerLock(Bitmap* bitmap) {
   return Result::Ok;
 }
 
-/// MethodTableDestroyed when the bitmap has no table to lock it through. The library's own lock is done on the spot:
-/// points take one each.
+/// MethodTableDestroyed when the bitmap has no table to lock it through.
 inline Result lockOnly(Bitmap* bitmap) {
   if (isBadReadPointer(bitmap->methods)) return Result::MethodTableDestroyed;
-  const auto lock = bitmap->methods->lock;
-  return lock == &KX_lock ? raiseLock(bitmap) : fromCode(lock(bitmap));
+  return fromCode(bitmap->methods->lock(bitmap));
 }
 
 /// Locks and then requires writable pixel memory (BitmapDestroyed, with the lock still raised).
@@ -37,9 +35,15 @@ inline Result lockPixels(Bitmap* bitmap) {
   return isBadWritePointer(bitmap->pixels) ? Result::BitmapDestroyed : Result::Ok;
 }
 
-inline Result unlock(Bitmap* bitmap) {
-  const auto unlock = bitmap->methods->unlock;
-  return unlock == &KX_unlock ? lowerLock(bitmap) : fromCode(unlock(bitmap));
+inline Result unlock(Bitmap* bitmap) { return fromCode(bitmap->methods->unlock(bitmap)); }
+
+/// The same for points, which come by the million: the library's own lock and unlock are done on the spot.
+inline Result lockPixelsOfPoint(Bitmap* bitmap) {
+  return bitmap->methods->lock == &KX_lock ? raiseLock(bitmap) : lockPixels(bitmap);
+}
+
+inline Result unlockPoint(Bitmap* bitmap) {
+  return bitmap->methods->unlock == &KX_unlock ? lowerLock(bitmap) : unlock(bitmap);
 }
 
 /// Deletes through the bitmap's own method table.
