@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "art.h"
 
+#include "paint.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -20,9 +22,6 @@ double ballLight(double x, double y) {
   return std::min(1.0, 0.12 + 0.62 * diffuse + 0.5 * shine);
 }
 
-/// From -1 to 1 across the picture.
-double place(int pixel, int size) { return (pixel + 0.5) * 2 / size - 1; }
-
 /// A channel at a brightness: black, then the colour, then white.
 unsigned lit(unsigned channel, double light) {
   const double base = std::min(1.0, light * 1.45) * channel;
@@ -30,19 +29,10 @@ unsigned lit(unsigned channel, double light) {
   return static_cast<unsigned>(std::clamp(base + (255 - base) * white * white, 0.0, 255.0));
 }
 
-template <typename Pixel>
-Image drawn(int width, int height, std::uint32_t format, Pixel pixel) {
-  Image image = makeImage(width, height, format);
-  for (int y = 0; y < height; ++y)
-    for (int x = 0; x < width; ++x)
-      if (const std::uint32_t value = pixel(x, y); value != 0) KX_CHECK(KX_setPixel(image.get(), x, y, value));
-  return image;
-}
-
 }  // namespace
 
 Image makeBall(int size, std::uint32_t format, Rgb colour) {
-  return drawn(size, size, format, [&](int x, int y) {
+  return painted(size, size, format, [&](int x, int y) {
     const double light = ballLight(place(x, size), place(y, size));
     if (light < 0) return 0U;
     return std::max(1U, KX_toRGB(format, lit(colour.red, light), lit(colour.green, light), lit(colour.blue, light)));
@@ -66,7 +56,7 @@ void Indexed::setPalette(const Palette& palette) {
 }
 
 Indexed makeIndexedBall(int size, Rgb colour) {
-  Indexed ball(drawn(size, size, KX_FORMAT_PALETTE, [&](int x, int y) {
+  Indexed ball(painted(size, size, KX_FORMAT_PALETTE, [&](int x, int y) {
     const double light = ballLight(place(x, size), place(y, size));
     return light < 0 ? 0U : 1 + static_cast<unsigned>(light * 62);
   }));
@@ -81,7 +71,7 @@ Indexed makeIndexedBall(int size, Rgb colour) {
 }
 
 Image makeBallDepth(int size, int nearest) {
-  return drawn(size, size, KX_FORMAT_GREY, [&](int x, int y) {
+  return painted(size, size, KX_FORMAT_GREY, [&](int x, int y) {
     const double squared = std::pow(place(x, size), 2) + std::pow(place(y, size), 2);
     if (squared > 1) return 255U;
     return static_cast<unsigned>(std::min(255.0, nearest + (1 - std::sqrt(1 - squared)) * size / 2));
@@ -89,14 +79,14 @@ Image makeBallDepth(int size, int nearest) {
 }
 
 Image makeSoftDisc(int width, int height) {
-  return drawn(width, height, KX_FORMAT_GREY, [&](int x, int y) {
+  return painted(width, height, KX_FORMAT_GREY, [&](int x, int y) {
     const double distance = std::hypot(place(x, width), place(y, height));
     return static_cast<unsigned>(std::clamp((distance - 0.55) * 2.3, 0.0, 1.0) * 255);
   });
 }
 
 Image makeStone(int size, std::uint32_t format, int cells) {
-  return drawn(size, size, format, [&](int x, int y) {
+  return painted(size, size, format, [&](int x, int y) {
     const int cell = size / cells;
     const bool light = (x / cell + y / cell) % 2 == 0;
     const bool joint = x % cell == 0 || y % cell == 0;

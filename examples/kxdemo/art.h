@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <memory>
 
-#include "image.h"
+#include <kxgraphic/mmgr.h>
 
-extern "C" void mmgr_free(void* block);
+#include "image.h"
 
 namespace demo {
 

@@ -17,8 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Of each scene: the still shows this moment, the animation the time before it.
-constexpr double stillSeconds = 2.6;
-constexpr double filmedSeconds = 1.6;
+constexpr int stillFrames = 156;
+constexpr int filmedFrames = 96;
 constexpr int framesAPicture = 6;  // of the film: ten a second
 constexpr int filmFactor = 2;
 
@@ -61,11 +61,10 @@ void figure(std::ostream& page, std::string_view file, std::string_view title, s
 
 /// Draws a scene frame by frame from its beginning; `seen` gets each frame's number.
 template <typename Seen>
-Image played(std::size_t index, const Material& material, double seconds, Seen seen) {
+Image played(std::size_t index, const Material& material, int frames, Seen seen) {
   const std::unique_ptr<Scene> scene = scenes()[index].make(material);
   Image image = makeImage(frameWidth, frameHeight, material.format);
-  const int last = static_cast<int>(seconds * framesASecond);
-  for (int i = 0; i <= last; ++i) {
+  for (int i = 0; i <= frames; ++i) {
     drawTitled(*scene, index, image.get(), visitedAt(i / framesASecond));
     seen(i, image);
   }
@@ -81,7 +80,7 @@ void writeSheet(const std::string& folder, const Image& picture, std::string_vie
   std::printf("%s\n", file.c_str());
 }
 
-void writeGallery(const std::string& folder, const Image& picture, std::string_view pictureName) {
+void writeGallery(const std::string& folder, const Image& picture, std::string_view pictureName, int frames) {
   fs::create_directories(folder);
   const Material material{picture, pictureName, KX_FORMAT_555};
   const auto path = [&](const std::string& name) { return (fs::path(folder) / name).string(); };
@@ -93,14 +92,15 @@ void writeGallery(const std::string& folder, const Image& picture, std::string_v
   savePicture(formatSheet(material), path("sheet.png"));
 
   Animation film(frameWidth, frameHeight, filmFactor, static_cast<int>(framesAPicture * 1000 / framesASecond));
-  const int firstFilmed = static_cast<int>((stillSeconds - filmedSeconds) * framesASecond);
+  const int last = frames > 0 ? frames : stillFrames;
+  const int firstFilmed = std::max(0, last - filmedFrames);
   std::vector<Image> filmFrames;
   for (std::size_t i = 0; i < count; ++i) {
     const SceneEntry& entry = scenes()[i];
     char number[32];
     std::snprintf(number, sizeof number, "%2u/%u  ", static_cast<unsigned>(i + 1), static_cast<unsigned>(count));
     tell(number, std::string(entry.name) + ": " + entry.title);
-    const Image still = played(i, material, stillSeconds, [&](int frame, const Image& image) {
+    const Image still = played(i, material, last, [&](int frame, const Image& image) {
       if (entry.filmed && frame >= firstFilmed && (frame - firstFilmed) % framesAPicture == 0)
         filmFrames.push_back(converted(image, image->format));
     });
@@ -129,7 +129,7 @@ void measureScenes(const Image& picture, std::string_view pictureName) {
     double longest = 0;
     double before = 0;
     int frames = 0;
-    played(i, material, 5, [&](int frame, const Image&) {
+    played(i, material, 300, [&](int frame, const Image&) {
       const double now = secondsNow();
       // The first frame includes making the scene.
       if (frame > 0) {

@@ -9,8 +9,9 @@
 
 namespace demo {
 
-/// Writes the gallery into a folder, which is made, and prints a line for each scene and the page's place.
-void writeGallery(const std::string& folder, const Image& picture, std::string_view pictureName);
+/// Writes the gallery into a folder, which is made, and prints a line for each scene and the page's place. The stills are
+/// those after `frames` frames, or of the usual number for 0.
+void writeGallery(const std::string& folder, const Image& picture, std::string_view pictureName, int frames);
 
 /// Writes one picture in all formats as a sheet into a folder and prints its place.
 void writeSheet(const std::string& folder, const Image& picture, std::string_view pictureName);

@@ -3,7 +3,7 @@
 //   kxdemo --gallery FOLDER           writes every scene as a picture, and a page that shows them
 //   kxdemo --sheet FOLDER [PICTURE]   writes a picture in every bitmap format, as one PNG file
 //   kxdemo --list, --measure          names the scenes; tells what their frames take
-//   --picture FILE shows another picture, --frames COUNT closes the window after that many
+//   --picture FILE shows another picture; --frames COUNT ends after that many, in the gallery of each scene
 // SPDX-License-Identifier: MIT
 #include <cstdint>
 #include <cstdio>
@@ -86,7 +86,7 @@ int run(const Options& options) {
     return 0;
   }
   if (!options.galleryFolder.empty()) {
-    demo::writeGallery(options.galleryFolder, picture, pictureName);
+    demo::writeGallery(options.galleryFolder, picture, pictureName, options.frames);
     return 0;
   }
   std::size_t index = 0;
@@ -105,7 +105,7 @@ int main(int argc, char** argv) try {
   if (!options) {
     std::fputs(
         "usage: kxdemo [SCENE] [--picture FILE] [--frames COUNT]\n"
-        "       kxdemo --gallery FOLDER [--picture FILE]\n"
+        "       kxdemo --gallery FOLDER [--picture FILE] [--frames COUNT]\n"
         "       kxdemo --sheet FOLDER [PICTURE]\n"
         "       kxdemo --list | --measure\n",
         stderr);

@@ -5,15 +5,11 @@
 #include <string_view>
 
 #include "art.h"
+#include "point.h"
 #include "scene.h"
 #include "text.h"
 
 namespace demo {
-
-/// A point on a circle around the middle of a panel; `part` 0.0 to 1.0 goes once around.
-struct Point {
-  int x, y;
-};
 
 class PanelScene : public Scene {
 public:
@@ -41,6 +37,8 @@ protected:
     return demo::colour(canvas_.get(), red, green, blue);
   }
   [[nodiscard]] std::uint32_t rainbow(double part) const;
+
+  /// A point on a circle around the middle of a field; `part` 0.0 to 1.0 goes once around.
   static Point onCircle(double part, int radius);
 
   /// Copies all of an image to the top left of the field.

@@ -16,6 +16,11 @@ struct Events {
   int buffers = 0;          ///< 1, 2 or 3 was pressed
 };
 
+/// Keys that are held down.
+struct Keys {
+  bool left = false, right = false, up = false, down = false, space = false;
+};
+
 class Window {
 public:
   Window() = default;
@@ -32,6 +37,7 @@ public:
   int mouseX = 0;
   int mouseY = 0;
   bool mouseDown = false;
+  Keys keys;
 };
 
 /// Null when there is no display.

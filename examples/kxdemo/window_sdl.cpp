@@ -28,6 +28,9 @@ public:
       if (event.type == SDL_KEYDOWN && event.key.repeat == 0) key(event.key.keysym.sym, events);
     }
     mouseDown = (SDL_GetMouseState(&mouseX, &mouseY) & SDL_BUTTON_LMASK) != 0;
+    const Uint8* held = SDL_GetKeyboardState(nullptr);
+    keys = {held[SDL_SCANCODE_LEFT] != 0, held[SDL_SCANCODE_RIGHT] != 0, held[SDL_SCANCODE_UP] != 0,
+            held[SDL_SCANCODE_DOWN] != 0, held[SDL_SCANCODE_SPACE] != 0};
     return events;
   }
 

@@ -69,9 +69,38 @@ private:
         return true;
       case WM_KEYDOWN:
         if ((data & (1 << 30)) == 0) key(word);
+        hold(word, true);
+        return true;
+      case WM_KEYUP:
+        hold(word, false);
+        return true;
+      case WM_KILLFOCUS:
+        keys = {};
         return true;
       default:
         return false;
+    }
+  }
+
+  void hold(WPARAM code, bool down) {
+    switch (code) {
+      case VK_LEFT:
+        keys.left = down;
+        break;
+      case VK_RIGHT:
+        keys.right = down;
+        break;
+      case VK_UP:
+        keys.up = down;
+        break;
+      case VK_DOWN:
+        keys.down = down;
+        break;
+      case VK_SPACE:
+        keys.space = down;
+        break;
+      default:
+        break;
     }
   }
 

@@ -1,0 +1,324 @@
+// The art and the levels of the game: tiles with rounded shores, a boat of slices, palms, rocks, sharks, glass floats;
+// and the lagoon itself, its ground a landscape, its water a ripple map. SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <deque>
+#include <random>
+#include <vector>
+
+#include "device.h"
+#include "paint.h"
+#include "terrain.h"
+
+namespace lagoon {
+
+using demo::Image;
+using demo::lighter;
+using demo::place;
+using demo::Tone;
+
+constexpr std::uint32_t format = KX_FORMAT_555;
+constexpr int directions = 32;
+constexpr int variants = 4;
+
+inline std::uint32_t pixelOf(Tone tone) { return demo::pixelOf(format, tone); }
+
+/// Sprites are packed: what is transparent costs nothing.
+inline Image packed(const Image& image) { return demo::converted(image, format | KX_STORAGE_PACKED); }
+
+template <typename PixelAt>
+Image sprite(int width, int height, PixelAt pixelAt) {
+  return packed(demo::painted(width, height, format, pixelAt));
+}
+
+inline double angleOf(int direction) { return direction * 2 * std::numbers::pi / directions; }
+
+/// What covers the ground from a height (0 to 255) on; each layer lies over the ones before.
+struct Layer {
+  int from;
+  Tone tone, edge;
+  int roughness;
+};
+constexpr std::array<Layer, 8> layers{{
+    {0, {22, 66, 140}, {22, 66, 140}, 8},
+    {52, {28, 92, 164}, {25, 80, 152}, 8},
+    {70, {38, 124, 184}, {32, 108, 174}, 8},
+    {86, {66, 166, 196}, {52, 146, 190}, 10},
+    {98, {120, 206, 200}, {92, 186, 198}, 12},
+    {108, {232, 210, 150}, {250, 244, 214}, 22},
+    {124, {104, 168, 72}, {70, 128, 54}, 30},
+    {168, {58, 122, 60}, {36, 88, 46}, 44},
+}};
+constexpr std::size_t sand = 5;
+constexpr std::size_t grass = 6;
+constexpr int tileSize = 16;
+
+/// How far a pixel of a tile lies inside a layer, whose border is at 0.5. The bits of `corners` tell which corners
+/// belong to it: top left, top right, bottom left, bottom right.
+inline double insideness(unsigned corners, int x, int y) {
+  const double right = (x + 0.5) / tileSize;
+  const double down = (y + 0.5) / tileSize;
+  const auto corner = [&](unsigned bit) { return corners >> bit & 1; };
+  return (corner(0) * (1 - right) + corner(1) * right) * (1 - down) +
+         (corner(2) * (1 - right) + corner(3) * right) * down;
+}
+
+inline Image paintTile(const Layer& layer, unsigned corners, int variant) {
+  return sprite(tileSize, tileSize, [&](int x, int y) {
+    const double inside = insideness(corners, x, y);
+    if (inside <= 0.5) return 0U;
+    const int light = (demo::grain(x + variant * 16, y + layer.from) - 128) * layer.roughness / 256;
+    // Caustics on the sea floor: they go on in the next tile.
+    const double wave = std::sin((x * 2 + y) * 2 * std::numbers::pi / tileSize) +
+                        std::sin((y * 2 - x + variant * 4) * 2 * std::numbers::pi / tileSize);
+    const int glint = layer.from < layers[sand].from && wave > 1.5 ? 14 : 0;
+    return pixelOf(lighter(inside < 0.62 ? layer.edge : layer.tone, light + glint));
+  });
+}
+
+constexpr Tone nothing{};
+constexpr int boatSize = 36;
+
+inline Image paintBoat(int direction) {
+  constexpr Tone white{250, 246, 236};
+  return packed(demo::stacked(boatSize, 12, angleOf(direction), format, [&](int height, double ahead, double side) {
+    const double across = std::abs(side);
+    const double half = 5 + height * 0.25 - ahead * ahead / (ahead > 0 ? 30 : 110);
+    const bool hull = ahead > -10 && ahead < 13 + height * 0.25 && across < half;
+    const bool cabin = ahead > -6 && ahead < 3 && across < 3.6;
+    if (height < 3) return hull ? Tone{196 - height * 6, 48, 44} : nothing;
+    if (height < 5) return !hull ? nothing : height == 3 || across > half - 1.2 ? white : Tone{206, 164, 104};
+    if (height < 8) return !cabin ? nothing : height == 6 ? Tone{90, 150, 190} : white;
+    if (height == 8) return ahead > -7 && ahead < 4 && across < 4.4 ? Tone{44, 96, 150} : nothing;
+    const bool funnel = ahead > -4.5 && ahead < -1.5 && across < 1.6;
+    return !funnel ? nothing : height > 10 ? Tone{50, 44, 52} : Tone{224, 176, 60};
+  }));
+}
+
+constexpr int sharkSize = 32;
+
+inline Image paintFin(int direction) {
+  return packed(demo::stacked(sharkSize, 9, angleOf(direction), format, [](int height, double ahead, double side) {
+    const bool fin = ahead > -4 + height * 0.1 && ahead < 4.5 - height * 0.85 && std::abs(side) < 1.3 - height * 0.06;
+    return fin ? lighter({86, 100, 122}, height * 7) : nothing;
+  }));
+}
+
+/// What of a shark is under water.
+inline Image paintShark(int direction) {
+  return packed(demo::stacked(sharkSize, 1, angleOf(direction), format, [](int, double ahead, double side) {
+    const double across = std::abs(side);
+    const bool body = std::abs(ahead) < 13 && across < 3.8 * (1 - ahead * ahead / 180);
+    const bool tail = ahead < -10 && ahead > -15 && across < (-9 - ahead) * 0.9;
+    const bool fins = ahead > 0 && ahead < 5 && across < 8 - ahead * 1.1;
+    return body || tail || fins ? Tone{20, 40, 76} : nothing;
+  }));
+}
+
+constexpr int palmWidth = 40;
+constexpr int palmHeight = 48;
+
+/// The trunk stands at the bottom middle; leaves are arcs that fall with the distance from the crown.
+inline Image paintPalm(int variant) {
+  const int lean = variant % 2 == 0 ? 6 : -7;
+  const double crownX = palmWidth / 2.0 + lean;
+  constexpr double crownY = 17;
+  constexpr int leaves = 9;
+  return sprite(palmWidth, palmHeight, [&](int x, int y) {
+    for (int i = 0; i < leaves; ++i) {
+      const double direction = i * 2 * std::numbers::pi / leaves + variant;
+      const double reach = 15 + (i * 5 + variant * 3) % 4;
+      for (double along = 0; along < reach; along += 0.5) {
+        const double leafX = crownX + std::cos(direction) * along;
+        const double leafY = crownY + std::sin(direction) * along * 0.45 - along * 0.35 + along * along * 0.05;
+        const double thick = 2.3 * std::sin(std::numbers::pi * (0.12 + 0.86 * along / reach));
+        if (std::abs(x + 0.5 - leafX) < 1.2 && std::abs(y + 0.5 - leafY) < thick)
+          return pixelOf(lighter({44, 128, 52}, static_cast<int>((leafY - y) * 16) + i % 3 * 12));
+      }
+    }
+    const double part = (y - crownY) / (palmHeight - crownY);  // 0 at the crown, 1 at the foot
+    const double across = x + 0.5 - palmWidth / 2.0 - lean * (1 - part) * (1 - part);
+    if (part < 0 || std::abs(across) > 1.4 + part) return 0U;
+    return pixelOf(lighter({150, 112, 72}, static_cast<int>(-across * 14) - (y % 4 == 0 ? 26 : 0)));
+  });
+}
+
+constexpr int rockWidth = 24;
+constexpr int rockHeight = 18;
+
+inline Image paintRock(int variant) {
+  return sprite(rockWidth, rockHeight, [&](int x, int y) {
+    const double dx = place(x, rockWidth);
+    const double top = 3 + dx * dx * dx * dx * 12 + std::sin(x * 0.8 + variant * 2) + std::sin(x * 0.37 + variant) * 2;
+    const double down = std::max(0.0, (y - 11) / 7.0);
+    if (y < top || dx * dx + down * down > 1) return 0U;
+    const int light = static_cast<int>(44 - dx * 34 - (y - top) * 5) + demo::grain(x / 2, y / 2 + variant) / 8 - 16;
+    return pixelOf(lighter({120, 116, 122}, light));
+  });
+}
+
+constexpr int floatSize = 13;
+
+inline Image paintFloat(int kind) {
+  constexpr std::array<Tone, variants> glass{{{90, 210, 120}, {250, 170, 60}, {240, 100, 120}, {150, 140, 250}}};
+  const Tone tone = glass[static_cast<std::size_t>(kind)];
+  return sprite(floatSize, floatSize, [&](int x, int y) {
+    const double dx = place(x, floatSize);
+    const double dy = place(y, floatSize);
+    if (dx * dx + dy * dy > 1) return 0U;
+    if (y > floatSize - 4) return pixelOf(lighter(tone, -90));  // the part in the water
+    if (std::hypot(dx + 0.35, dy + 0.4) < 0.26) return pixelOf({255, 255, 250});
+    if (std::abs(dx + dy * 0.4) < 0.14 || std::abs(dy - 0.1) < 0.12) return pixelOf({214, 196, 150});  // its net
+    return pixelOf(lighter(tone, static_cast<int>((-dx * 0.5 - dy * 0.7 + (1 - dx * dx - dy * dy) * 0.5) * 70)));
+  });
+}
+
+inline Image paintEllipse(int width, int height, Tone tone) {
+  return sprite(width, height, [&](int x, int y) {
+    const double dy = place(y, height);
+    return std::hypot(place(x, width), dy) < 1 ? pixelOf(lighter(tone, static_cast<int>(-dy * 20))) : 0U;
+  });
+}
+
+constexpr int tilesX = 64, tilesY = 48;
+constexpr int worldWidth = tilesX * tileSize, worldHeight = tilesY * tileSize;
+/// Pixels of a water cell each way.
+constexpr int cellSize = 2;
+constexpr int waterWidth = worldWidth / cellSize, waterHeight = worldHeight / cellSize;
+
+/// Places and speeds are in 256ths of a pixel, headings in 256ths of a turn.
+constexpr int one = 256;
+using demo::Point;
+
+inline Point nose(int heading) {
+  const double angle = heading * std::numbers::pi / 128;
+  return {static_cast<int>(std::lround(std::cos(angle) * one)), static_cast<int>(std::lround(std::sin(angle) * one))};
+}
+
+struct Body {
+  Point at, speed;
+  int kind = 0;
+  int heading = 0;
+  int timer = 0;  ///< steps: how long a shark is stunned, the boat cannot be hurt, a stone flies
+
+  [[nodiscard]] Point pixel() const { return at / one; }
+  [[nodiscard]] int tile() const { return at.y / one / tileSize * tilesX + at.x / one / tileSize; }
+};
+
+inline bool isNear(const Body& a, const Body& b, int pixels) {
+  const Point between = (a.at - b.at) / one;
+  return dot(between, between) < pixels * pixels;
+}
+
+constexpr Point middleOf(int tile) {
+  return Point{tile % tilesX * tileSize + tileSize / 2, tile / tilesX * tileSize + tileSize / 2} * one;
+}
+
+/// The place of a level: ground, water, and what stands there.
+class World {
+public:
+  explicit World(int level) : random_(static_cast<unsigned>(level)) {
+    makeHeights(static_cast<std::uint32_t>(level) * 31 + 5);
+    for (int y = 0; y < waterHeight; ++y)
+      for (int x = 0; x < waterWidth; ++x)
+        wet_[cell({x * cellSize, y * cellSize})] = isLand({x * cellSize, y * cellSize}) ? 0 : -1;
+    for (int y = 2; y < tilesY - 2; ++y)
+      for (int x = 2; x < tilesX - 2; ++x) {
+        const Point at = Point{x * tileSize + below(9) - 4, y * tileSize + below(9)} * one;
+        const int height = grid(x, y);
+        if (height >= layers[grass].from + 4 && below(4) == 0) palms.push_back({at, {}, below(variants)});
+        if (height < layers[sand].from && height > layers[sand].from - 22 && below(14) == 0)
+          rocks.push_back({at, {}, below(variants)});
+      }
+  }
+
+  /// Height of the ground at the top left corner of a tile.
+  [[nodiscard]] int grid(int x, int y) const { return heights_[static_cast<std::size_t>(y * (tilesX + 1) + x)]; }
+
+  [[nodiscard]] unsigned corners(std::size_t layer, int tile) const {
+    const int x = tile % tilesX;
+    const int y = tile / tilesX;
+    const auto bit = [&](int right, int down) { return grid(x + right, y + down) >= layers[layer].from ? 1U : 0U; };
+    return bit(0, 0) | bit(1, 0) << 1 | bit(0, 1) << 2 | bit(1, 1) << 3;
+  }
+
+  /// Of a pixel: exactly what the tiles show. Beyond the rim there is land.
+  [[nodiscard]] bool isLand(Point at) const {
+    if (at.x < 0 || at.y < 0 || at.x >= worldWidth || at.y >= worldHeight) return true;
+    return insideness(corners(sand, at.y / tileSize * tilesX + at.x / tileSize), at.x % tileSize, at.y % tileSize) >
+           0.5;
+  }
+
+  [[nodiscard]] const std::int16_t* water() const { return now_.data(); }
+  [[nodiscard]] int wave(Point at) const { return now_[cell(at)]; }
+
+  /// How the water slopes at a pixel, downhill.
+  [[nodiscard]] Point slope(Point at) const {
+    return {wave(at - Point{2, 0}) - wave(at + Point{2, 0}), wave(at - Point{0, 2}) - wave(at + Point{0, 2})};
+  }
+
+  void splash(Point at, int radius, int depth) {
+    for (int y = -radius; y <= radius; ++y)
+      for (int x = -radius; x <= radius; ++x)
+        if (x * x + y * y <= radius * radius)
+          now_[cell(at + Point{x, y} * cellSize)] = static_cast<std::int16_t>(-depth);
+  }
+
+  /// A step of the waves. They end at the shore, which throws them back.
+  void flow() {
+    KX_CHECK(KX_calculateWaterMap(before_.data(), waterWidth * 2, now_.data(), waterWidth * 2, waterWidth, waterHeight,
+                                  1, 5));
+    std::swap(before_, now_);
+    for (std::size_t i = 0; i < now_.size(); ++i) now_[i] = static_cast<std::int16_t>(now_[i] & wet_[i]);
+  }
+
+  /// Steps over open water from every tile to the goal; a great number where there is no way.
+  [[nodiscard]] std::vector<int> waysTo(int goal) const {
+    std::vector<int> ways(tilesX * tilesY, noWay);
+    std::deque<int> open{goal};
+    int* const steps = ways.data();
+    steps[goal] = 0;
+    for (; !open.empty(); open.pop_front())
+      for (const int next : {open.front() - 1, open.front() + 1, open.front() - tilesX, open.front() + tilesX})
+        if (next >= 0 && next < tilesX * tilesY && steps[next] == noWay && corners(sand, next) == 0) {
+          steps[next] = steps[open.front()] + 1;
+          open.push_back(next);
+        }
+    return ways;
+  }
+
+  int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+
+  static constexpr int noWay = tilesX * tilesY;
+  std::vector<Body> palms, rocks;
+
+private:
+  static std::size_t cell(Point at) {
+    return static_cast<std::size_t>(std::clamp(at.y / cellSize, 0, waterHeight - 1) * waterWidth +
+                                    std::clamp(at.x / cellSize, 0, waterWidth - 1));
+  }
+
+  /// The library makes the terrain; its rim rises to a ring of land, its middle sinks to a lagoon.
+  void makeHeights(std::uint32_t seed) {
+    const demo::Stage stage(4, 4, format);
+    const demo::Terrain land = demo::makeTerrain(stage.device(), tilesX + 1);
+    demo::makeHills(land, seed);
+    for (int y = 0; y <= tilesY; ++y)
+      for (int x = 0; x <= tilesX; ++x) {
+        int& height = heights_[static_cast<std::size_t>(y * (tilesX + 1) + x)];
+        height = demo::heightAt(land, x, y) - 40;
+        const int rim = std::min({x, tilesX - x, y, tilesY - y});
+        const int middle = std::max(std::abs(x - tilesX / 2), std::abs(y - tilesY / 2));
+        if (rim < 6) height = std::max(height, (rim < 2 ? 130 : 104) - rim * 10 + height / 3);
+        if (middle < 4) height = std::min(height, 40 + middle * 12);
+      }
+  }
+
+  std::minstd_rand random_;
+  std::array<int, (tilesX + 1) * (tilesY + 1)> heights_{};
+  std::vector<std::int16_t> wet_ = std::vector<std::int16_t>(waterWidth * waterHeight);
+  std::vector<std::int16_t> now_ = wet_, before_ = wet_;
+};
+
+}  // namespace lagoon
