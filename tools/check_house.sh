@@ -65,7 +65,7 @@ heads() {
 # Each brings its reasons itself; where it came from does not help a reader.
 words() {
   grep -rnIE '\b[Ss]pec(ification)?s?\b|\bPart [0-9]|per the text|\bthe (issue|text) (says|names|asks)|/[w]ork/|deb\.deb[i]an|pypi\.[o]rg|registry\.npm[j]s' \
-    $(code_files ! -name check_house.sh ! -name lint.sh) README.md ARCHITECTURE.md CONTRIBUTING.md 2>/dev/null | sed 's/^/  /'
+    $(code_files ! -name check_house.sh ! -name lint.sh) README.md ARCHITECTURE.md CONTRIBUTING.md CHANGELOG.md packaging docs/*.md 2>/dev/null | sed 's/^/  /'
 }
 
 # Entry points keep their full names: grep must find each where it is defined. Placeholders come from the list.
