@@ -17,9 +17,10 @@ namespace {
 
 std::string processorName() {
   unsigned words[12] = {};
-  if (__get_cpuid_max(0x80000000, nullptr) < 0x80000004) return "unknown";
-  for (unsigned i = 0; i < 3; ++i)
-    __get_cpuid(0x80000002 + i, &words[4 * i], &words[4 * i + 1], &words[4 * i + 2], &words[4 * i + 3]);
+  for (unsigned part = 0; part < 3; ++part) {
+    unsigned* const at = words + std::size_t{4} * part;
+    if (__get_cpuid(0x80000002 + part, at, at + 1, at + 2, at + 3) == 0) return "unknown";
+  }
   char text[sizeof words + 1] = {};
   std::memcpy(text, words, sizeof words);
   return text + std::strspn(text, " ");

@@ -3,6 +3,7 @@
 #include "self_test.h"
 
 #include <array>
+#include <cstddef>
 #include <cstring>
 
 #include "kxgraphic/kxgraphic.h"
@@ -54,7 +55,8 @@ public:
     for (Bitmap* bitmap : pictures)
       for (std::int32_t y = 0; y < height; ++y)
         for (std::int32_t x = 0; x < width; ++x) note(KX_getPixel(bitmap, x, y));
-    for (std::int32_t y = 0; y < height; ++y) note(KX_calculateCRC(depth->pixels + y * depth->pitch, width));
+    for (std::int32_t y = 0; y < height; ++y)
+      note(KX_calculateCRC(depth->pixels + std::ptrdiff_t{y} * depth->pitch, width));
     return noted_;
   }
 
@@ -184,9 +186,9 @@ void shapeLandscape(Desk& desk) {
 }
 
 void moveWater(Desk& desk) {
-  std::array<std::int16_t, 32 * 20> before{}, now{};
-  now[32 * 9 + 15] = 3000;
-  now[32 * 4 + 7] = -2000;
+  std::array<std::int16_t, std::size_t{32} * 20> before{}, now{};
+  now[303] = 3000;
+  now[135] = -2000;
   for (int step = 0; step < 6; ++step) {
     desk.note(KX_calculateWaterMap(before.data(), 64, now.data(), 64, 32, 20, step % 2 == 0, 4));
     before.swap(now);

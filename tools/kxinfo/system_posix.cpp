@@ -18,13 +18,14 @@ Module findModule(const std::string& library) {
       [](dl_phdr_info* info, std::size_t, void* context) {
         auto& wanted = *static_cast<Search*>(context);
         const std::string file = info->dlpi_name;
-        if (file.find(wanted.name) == file.npos) return 0;
+        if (file.find(wanted.name) == std::string::npos) return 0;
         // The file behind the soname has the whole version in its name.
         std::error_code ignored;
         const std::filesystem::path path = std::filesystem::canonical(file, ignored);
         wanted.found.file = path.empty() ? file : path.string();
         const std::string name = path.filename().string();
-        if (const std::size_t at = name.find(".so."); at != name.npos) wanted.found.version = name.substr(at + 4);
+        if (const std::size_t at = name.find(".so."); at != std::string::npos)
+          wanted.found.version = name.substr(at + 4);
         return 1;
       },
       &search);

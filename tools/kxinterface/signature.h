@@ -14,7 +14,8 @@ struct Parameter {
 
 inline std::string trimmed(std::string_view text) {
   const std::size_t begin = text.find_first_not_of(' ');
-  return begin == text.npos ? std::string() : std::string(text.substr(begin, text.find_last_not_of(' ') + 1 - begin));
+  return begin == std::string_view::npos ? std::string()
+                                         : std::string(text.substr(begin, text.find_last_not_of(' ') + 1 - begin));
 }
 
 /// `text` as the preprocessor spells it, with its parentheses.
@@ -27,7 +28,7 @@ inline std::vector<Parameter> parametersOf(std::string_view text) {
     const std::string_view one = text.substr(0, comma);
     const std::size_t name = one.find_last_of(" *") + 1;
     result.push_back({trimmed(one.substr(0, name)), trimmed(one.substr(name))});
-    if (comma == text.npos) return result;
+    if (comma == std::string_view::npos) return result;
     text.remove_prefix(comma + 1);
   }
 }

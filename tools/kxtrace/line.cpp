@@ -8,7 +8,7 @@
 
 namespace kxtrace {
 
-void Line::add(const char* format, ...) {
+void Line::add(const char* format, ...) {  // NOLINT(cert-dcl50-cpp)
   std::va_list arguments;
   va_start(arguments, format);
   const int wanted = std::vsnprintf(text_ + length_, sizeof text_ - length_, format, arguments);

@@ -117,13 +117,13 @@ private:
 };
 
 /// Each line goes out at once: the next call may be the program's last.
-void Log::print(const char* format, ...) {
+void Log::print(const char* format, ...) {  // NOLINT(cert-dcl50-cpp)
   if (file_ == nullptr) return;
   std::va_list arguments;
   va_start(arguments, format);
-  std::vfprintf(file_, format, arguments);
+  static_cast<void>(std::vfprintf(file_, format, arguments));
   va_end(arguments);
-  std::fflush(file_);
+  static_cast<void>(std::fflush(file_));
 }
 
 Log& log() {

@@ -18,7 +18,7 @@ namespace {
 void* loadLibrary() {
   const char* wanted = std::getenv("KXTRACE_LIBRARY");
   void* library = dlopen(wanted != nullptr ? wanted : KXTRACE_LIBRARY_NAME, RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) std::fprintf(stderr, "kxtrace: %s\n", dlerror());
+  if (library == nullptr) static_cast<void>(std::fprintf(stderr, "kxtrace: %s\n", dlerror()));
   return library;
 }
 

@@ -20,7 +20,7 @@ bool failed(Answer answer, Value value) {
 inline std::string_view nextName(std::string_view& names) {
   const std::size_t end = names.find(", ");
   const std::string_view name = names.substr(0, end);
-  names.remove_prefix(end == names.npos ? names.size() : end + 2);
+  names.remove_prefix(end == std::string_view::npos ? names.size() : end + 2);
   return name;
 }
 
