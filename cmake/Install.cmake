@@ -43,7 +43,7 @@ endif()
 # Programs find the libraries wherever an archive is unpacked.
 set(kx_shipped mmgr kxgraphic)
 file(RELATIVE_PATH kx_libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-foreach(program kxdemo kxinfo)
+foreach(program kxdemo lagoon kxinfo)
   if(TARGET ${program})
     list(APPEND kx_shipped ${program})
     set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${kx_libraries_from_programs}")

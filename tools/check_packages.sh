@@ -112,8 +112,9 @@ step "find_package from there" with_find_package installed
 step "pkg-config from there" with_pkg_config installed
 if compgen -G "$packages/kxgraphic-*-linux-*.tar.gz" >/dev/null; then
   step ".tar.gz unpacks" bash -c "mkdir '$work/tar' && tar xzf '$packages'/kxgraphic-*.tar.gz -C '$work/tar' --strip-components=1"
-  step ".tar.gz holds" holds tar README.txt LICENSE bin/kxdemo bin/kxinfo lib/libkxgraphic.so.1 lib/libmmgr.so include/kxgraphic/kxgraphic.h
+  step ".tar.gz holds" holds tar README.txt LICENSE bin/kxdemo bin/lagoon bin/kxinfo lib/libkxgraphic.so.1 lib/libmmgr.so include/kxgraphic/kxgraphic.h
   step ".tar.gz: its demo draws" "$work/tar/bin/kxdemo" --sheet "$work/sheet"
+  step ".tar.gz: its game plays" "$work/tar/bin/lagoon" --frames 60
   step ".tar.gz: find_package" with_find_package tar
   step ".tar.gz: pkg-config" with_pkg_config tar
 fi
@@ -127,7 +128,7 @@ fi
 step "add_subdirectory of the sources" with_sources
 if compgen -G "$packages/kxgraphic-*-win32.zip" >/dev/null; then
   step ".zip unpacks" unzip_windows
-  step ".zip holds" holds win32 README.txt bin/kxgraphic.dll bin/mmgr.dll bin/kxdemo.exe lib/libkxgraphic.dll.a lib/libmmgr.dll.a \
+  step ".zip holds" holds win32 README.txt bin/kxgraphic.dll bin/mmgr.dll bin/kxdemo.exe bin/lagoon.exe lib/libkxgraphic.dll.a lib/libmmgr.dll.a \
     lib/kxgraphic.def lib/mmgr.def include/kxgraphic/kxgraphic.h
   [ -n "$no_wine" ] || step ".zip: its demo draws" tools/wine-run "$work/win32/bin/kxdemo.exe" --sheet "$work/sheet-windows"
   step ".zip: find_package with mingw-w64" with_find_package_windows
