@@ -1,4 +1,4 @@
-// The row functions of smoothing and of the wave step, chosen once for the processor.
+// The inner loops of smoothing, of the wave step and of shaded water, chosen once for the processor.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -23,6 +23,12 @@ struct LandscapeKernels {
                            int damping);
   WaveRow waveFourNeighbours;
   WaveRow waveEightNeighbours;
+
+  /// Shades size x size pixels of 5-5-5 from one place to another, one after the other where they overlap. The channels
+  /// in their places, blue first, get the low 16 bits of the shade, red those of 32 times the shade, and then their
+  /// tint.
+  void (*shadeBlock)(std::uint8_t* to, std::ptrdiff_t toPitch, const std::uint8_t* from, std::ptrdiff_t fromPitch,
+                     std::size_t size, std::int32_t shade, const std::int16_t (&tint)[3]);
 };
 
 extern const LandscapeKernels landscapeKernelsPortable;

@@ -38,7 +38,47 @@ void waveRow(std::uint8_t* target, const std::uint8_t* current, std::ptrdiff_t p
   }
 }
 
-constexpr LandscapeKernels kernelsOfThisFile = {sumColumns, smoothSums, waveRow<false>, waveRow<true>};
+/// What shading does to one channel. The bounds stand in for saturation at 16 bits: within them no sum leaves that
+/// range, and beyond them they give what saturation would. All numbers have 16 bits, so that vectors hold many.
+struct ShadedChannel {
+  std::int16_t mask;       ///< of the channel in its place
+  std::int16_t shade;      ///< added first
+  std::int16_t tint;       ///< added second
+  std::int16_t cap;        ///< upper bound before the first sum
+  std::int16_t low, high;  ///< bounds before the second
+
+  ShadedChannel(std::int16_t channel, std::int32_t first, std::int16_t second)
+      : mask(channel),
+        shade(static_cast<std::int16_t>(first)),
+        tint(second),
+        cap(static_cast<std::int16_t>(32767 - (shade > 0 ? shade : 0))),
+        low(static_cast<std::int16_t>(-32768 - (tint < 0 ? tint : 0))),
+        high(static_cast<std::int16_t>(32767 - (tint > 0 ? tint : 0))) {}
+
+  [[nodiscard]] std::int16_t of(std::uint32_t pixel) const {
+    auto value = static_cast<std::int16_t>(static_cast<std::int16_t>(pixel) & mask);
+    value = value < cap ? value : cap;
+    value = static_cast<std::int16_t>(value + shade);
+    value = value > low ? value : low;
+    value = value < high ? value : high;
+    value = static_cast<std::int16_t>(value + tint);
+    value = value > 0 ? value : std::int16_t{0};
+    value = value < mask ? value : mask;
+    return static_cast<std::int16_t>(value & mask);
+  }
+};
+
+void shadeBlock(std::uint8_t* to, std::ptrdiff_t toPitch, const std::uint8_t* from, std::ptrdiff_t fromPitch,
+                std::size_t size, std::int32_t shade, const std::int16_t (&tint)[3]) {
+  const ShadedChannel blue(0x001F, shade, tint[0]), green(0x03E0, shade, tint[1]), red(0x7C00, shade * 32, tint[2]);
+  for (std::size_t row = 0; row < size; ++row, to += toPitch, from += fromPitch)
+    for (std::size_t i = 0; i < size; ++i) {
+      const std::uint32_t pixel = load16(from + 2 * i);
+      store16(to + 2 * i, static_cast<std::uint16_t>(blue.of(pixel) | green.of(pixel) | red.of(pixel)));
+    }
+}
+
+constexpr LandscapeKernels kernelsOfThisFile = {sumColumns, smoothSums, waveRow<false>, waveRow<true>, shadeBlock};
 
 }  // namespace
 

@@ -13,8 +13,6 @@ namespace kx {
 
 namespace {
 
-using Int16Limits = std::numeric_limits<std::int16_t>;
-
 Result step(std::int16_t* target, std::int32_t targetPitch, const std::int16_t* current, std::int32_t currentPitch,
             std::int32_t width, std::int32_t height, std::uint8_t mode, std::int32_t damping) {
   KX_TRY(checkWritable(target, current));
@@ -33,32 +31,11 @@ Result step(std::int16_t* target, std::int32_t targetPitch, const std::int16_t* 
   return Result::Ok;
 }
 
-std::int16_t saturated(std::int64_t value) {
-  return static_cast<std::int16_t>(std::clamp<std::int64_t>(value, Int16Limits::min(), Int16Limits::max()));
-}
-
 /// The low 16 bits, as the lanes of the channels take a number.
 std::int16_t cut(std::int32_t value) { return static_cast<std::int16_t>(value); }
 
-/// The channels of a shaded pixel, always those of 5-5-5, blue first.
-constexpr std::int32_t laneMasks[3] = {0x001F, 0x03E0, 0x7C00};
-
-/// What is added to the lanes of every pixel of a block: first the shade, then the tint, each with saturation.
-struct Shading {
-  std::int16_t shade[3];
-  std::int16_t tint[3];
-
-  [[nodiscard]] std::uint16_t apply(std::uint16_t pixel) const {
-    std::int32_t result = 0;
-    for (int lane = 0; lane < 3; ++lane) {
-      const std::int32_t mask = laneMasks[lane];
-      const std::int16_t shaded = saturated((pixel & mask) + shade[lane]);
-      const std::int16_t tinted = saturated(shaded + tint[lane]);
-      result |= std::clamp<std::int32_t>(tinted, 0, mask) & mask;
-    }
-    return static_cast<std::uint16_t>(result);
-  }
-};
+/// Greatest position in an image, as positions saturate at 16 bits.
+constexpr std::int32_t farthest = std::numeric_limits<std::int16_t>::max();
 
 /// The arguments of a refraction.
 struct Refraction {
@@ -76,36 +53,60 @@ struct Refraction {
   void draw() const {
     // No block fits into a smaller image.
     if (imageWidth < cellSize || imageHeight < cellSize) return;
-    for (std::int32_t j = 0; j < cellsY; ++j)
-      for (std::int32_t i = 0; i < cellsX; ++i) drawCell(i, j);
+    switch (cellSize) {
+      case 1:
+        return drawCells<1>();
+      case 2:
+        return drawCells<2>();
+      case 4:
+        return drawCells<4>();
+      case 8:
+        return drawCells<8>();
+      default:
+        return drawCells<0>();
+    }
   }
 
 private:
-  void drawCell(std::int64_t i, std::int64_t j) const {
-    const std::uint8_t* cell = water + j * waterPitch + i * 2;
-    const std::int32_t height = cut(load16(cell));
-    const std::int32_t right = cut(load16(cell + 2));
-    const std::int32_t lower = cut(load16(cell + waterPitch));
-    const std::int64_t x = sample(imageX + i * cellSize, height - right, imageWidth);
-    const std::int64_t y = sample(imageY + j * cellSize, height - lower, imageHeight);
-    const std::uint8_t* from = image + y * imagePitch + x * 2;
-    std::uint8_t* to = dest + j * cellSize * destPitch + i * cellSize * 2;
-    if (shadeShift == 0) {
-      for (std::int32_t row = 0; row < cellSize; ++row, from += imagePitch, to += destPitch)
-        std::memmove(to, from, static_cast<std::size_t>(cellSize) * 2);
-      return;
+  /// Size: the cells' when it is known beforehand, else 0.
+  template <std::int32_t Size>
+  void drawCells() const {
+    const std::int32_t size = Size != 0 ? Size : cellSize;
+    const std::int32_t lastX = std::min(imageWidth - size, farthest);
+    const std::int32_t lastY = std::min(imageHeight - size, farthest);
+    for (std::int64_t j = 0; j < cellsY; ++j) {
+      const std::uint8_t* cell = water + j * waterPitch;
+      std::uint8_t* to = dest + j * size * destPitch;
+      const std::int32_t y = nominal(imageY + j * size);
+      for (std::int64_t i = 0; i < cellsX; ++i, cell += 2, to += std::ptrdiff_t{2} * size) {
+        const std::int32_t height = cut(load16(cell));
+        const std::int32_t right = cut(load16(cell + 2));
+        const std::int32_t lower = cut(load16(cell + waterPitch));
+        const std::int32_t fromX = std::clamp(nominal(imageX + i * size) + (cut(height - right) >> 3), 0, lastX);
+        const std::int32_t fromY = std::clamp(y + (cut(height - lower) >> 3), 0, lastY);
+        const std::uint8_t* from = image + std::ptrdiff_t{fromY} * imagePitch + std::ptrdiff_t{fromX} * 2;
+        if (shadeShift == 0)
+          copyBlock(to, from, size);
+        else
+          shadeBlock(to, from, size, height - cut(load16(cell + waterPitch - 2)));
+      }
     }
-    const std::int32_t lowerLeft = cut(load16(cell + waterPitch - 2));
-    const std::int32_t shade = ((height - lowerLeft) >> (shadeShift - 1)) * 4;
-    const Shading shading{{cut(shade), cut(shade), cut(shade * 32)}, {tint[0], tint[1], tint[2]}};
-    for (std::int32_t row = 0; row < cellSize; ++row, from += imagePitch, to += destPitch)
-      for (std::int32_t pixel = 0; pixel < cellSize; ++pixel)
-        store16(to + pixel * 2, shading.apply(load16(from + pixel * 2)));
   }
 
-  /// A position in the image moved by a slope of the water; the block beginning there lies inside the image.
-  [[nodiscard]] std::int64_t sample(std::int64_t nominal, std::int32_t slope, std::int32_t size) const {
-    return std::clamp<std::int64_t>(saturated(nominal + (cut(slope) >> 3)), 0, size - cellSize);
+  /// A position before the water moves it, by at most 2^12 pixels. What lies farther off ends at the same place.
+  static std::int32_t nominal(std::int64_t position) {
+    return static_cast<std::int32_t>(std::min<std::int64_t>(position, 2 * farthest));
+  }
+
+  void copyBlock(std::uint8_t* to, const std::uint8_t* from, std::int32_t size) const {
+    for (std::int32_t row = 0; row < size; ++row, from += imagePitch, to += destPitch)
+      std::memmove(to, from, static_cast<std::size_t>(size) * 2);
+  }
+
+  /// The channels are always taken apart as 5-5-5. The shade comes first, then the tint.
+  void shadeBlock(std::uint8_t* to, const std::uint8_t* from, std::int32_t size, std::int32_t slope) const {
+    landscapeKernels->shadeBlock(to, destPitch, from, imagePitch, static_cast<std::size_t>(size),
+                                 (slope >> (shadeShift - 1)) * 4, tint);
   }
 };
 
