@@ -255,7 +255,7 @@ def guides(output):
     for path in sorted((ROOT / "docs").glob("*.md")):
         text = re.sub(r"^(# .*)$", rf"\1 {{#guide_{path.stem}}}", path.read_text(encoding="utf-8"), count=1, flags=re.M)
         parts = re.split(r"(^```.*?^```$)", text, flags=re.S | re.M)
-        parts[::2] = [re.sub(r"`(\w+)`", lambda name: f"[{name[0]}](@ref {name[1]})" if name[1] in known else name[0], part)
+        parts[::2] = [re.sub(r"`(\w+)`", lambda name: f"[{name[1]}](@ref {name[1]})" if name[1] in known else name[0], part)
                       for part in parts[::2]]
         (output / path.name).write_text("".join(parts), encoding="utf-8")
 
