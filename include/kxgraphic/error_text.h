@@ -9,7 +9,9 @@
 #define KX_ERROR_GROUP(name, text)
 
 /** The name of a code's exception class: 0x2005 gives "KX_CoordinateOutOfRange_Exception". 0 gives "KX_NO_ERROR", a
- * code without a class "unknown code". */
+ * code without a class "unknown code".
+ *  @param code a result code
+ *  @return static text, never null */
 static inline const char* kxErrorName(uint32_t code) {
   switch (code) {
     case 0:
@@ -25,7 +27,9 @@ static inline const char* kxErrorName(uint32_t code) {
 }
 
 /** The library's own message, in German: 0x2005 gives "Koordinaten außerhalb des gültigen Bereichs". 0 gives "kein
- *  Fehler", a code without a class "unbekannter Code". */
+ *  Fehler", a code without a class "unbekannter Code".
+ *  @param code a result code
+ *  @return static text in UTF-8, never null */
 static inline const char* kxErrorTextGerman(uint32_t code) {
   switch (code) {
     case 0:
@@ -41,7 +45,9 @@ static inline const char* kxErrorTextGerman(uint32_t code) {
 }
 
 /** The message in English: 0x2005 gives "coordinates out of range". 0 gives "no error", a code without a class "unknown
- *  code". */
+ *  code".
+ *  @param code a result code
+ *  @return static text, never null */
 static inline const char* kxErrorText(uint32_t code) {
   switch (code) {
     case 0:

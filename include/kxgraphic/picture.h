@@ -46,6 +46,7 @@ static inline uint32_t kxDecodePicture(Bitmap** result, const void* data, size_t
 
 /** Reads a BMP or PCX file.
  *  @param result, methods as for kxDecodePicture.
+ *  @param fileName the file.
  *  @return 0; 7 a null pointer; 0x1000 the file cannot be opened; 2; 0x1002 it cannot be read; the codes of
  *          kxDecodePicture. */
 static inline uint32_t kxLoadPicture(Bitmap** result, const char* fileName, BitmapMethods* methods) {

@@ -244,9 +244,14 @@ def types():
 
 
 def plain(name):
-    """A header as it is, its first comment as the text of the file."""
+    """A header as it is, in a group of its own whose text is the header's first comment."""
     source = (HEADERS / name).read_text(encoding="utf-8")
-    return re.sub(r"^/\* ", f"/** @file kxgraphic/{name}\n * ", source, count=1)
+    first = re.match(r"/\*.*?\*/\n", source, re.S)[0]
+    lines = comment_lines(re.sub(r"SPDX-License-Identifier:\s*(\*\s*)?MIT", "", first))
+    lines[0] = lines[0].removeprefix("kxgraphic: ")
+    group = "header_" + Path(name).stem
+    head = comment([f"@defgroup {group} {name}", "@ingroup helpers", f"`#include <kxgraphic/{name}>`: "] + paragraphs(lines))
+    return f"/// @file kxgraphic/{name}\n" + head + "/** @{ */\n" + source.removeprefix(first) + "\n/** @} */\n"
 
 
 def guides(output):
@@ -273,6 +278,10 @@ def main():
     for header, (_, lists) in FAMILIES.items():
         (output / f"{header}.h").write_text(family(header, errors, values), encoding="utf-8")
         told.update(lists)
+    (output / "helpers.h").write_text(comment(["@defgroup helpers Headers beside the library",
+                                               "The memory manager, and code in headers alone. For C++ there are also"
+                                               " `kxgraphic/kxgraphic.hpp` (owners, spans, `std::error_code`) and"
+                                               " `kxgraphic/exceptions.hpp` (the classes of faults)."]), encoding="utf-8")
     (output / "reserved.h").write_text(reserved(errors), encoding="utf-8")
     (output / "errors.h").write_text(error_codes(errors), encoding="utf-8")
     (output / "types.h").write_text(types(), encoding="utf-8")
