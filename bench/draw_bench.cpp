@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "draws.h"
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -114,7 +112,7 @@ public:
         code = KX_mirrorBitmapY(t);
         break;
       case Drawing::Luminance:
-        benchmark::DoNotOptimize(KX_getAverageLuminance(t));
+        keep(KX_getAverageLuminance(t));
         break;
     }
     require(code, work_.name.c_str());

@@ -45,6 +45,30 @@ void registerRows(double minTime, int repetitions) {
   }
 }
 
+/// Hands every run on to the report, and shows that something is going on.
+class Reporter : public benchmark::BenchmarkReporter {
+public:
+  explicit Reporter(kxbench::Report& report) : report_(report) {}
+
+  bool ReportContext(const Context&) override {
+    std::fprintf(stderr, "measuring");
+    return true;
+  }
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs)
+      if (run.run_type == Run::RT_Iteration && !run.error_occurred)
+        report_.add(run.run_name.function_name, run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e9);
+    std::fputc('.', stderr);
+    std::fflush(stderr);
+  }
+
+  void Finalize() override { std::fputc('\n', stderr); }
+
+private:
+  kxbench::Report& report_;
+};
+
 /// The value of "--name=value", or null.
 const char* valueOf(const char* argument, const char* name) {
   const std::size_t length = std::strlen(name);
@@ -76,7 +100,8 @@ int main(int argc, char** argv) {
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());
   kxbench::Report report;
-  if (benchmark::RunSpecifiedBenchmarks(&report) == 0) {
+  Reporter reporter(report);
+  if (benchmark::RunSpecifiedBenchmarks(&reporter) == 0) {
     std::fprintf(stderr, "no row matches\n");
     return 1;
   }

@@ -35,22 +35,10 @@ const Target* targetOf(const std::string& workload) {
 
 }  // namespace
 
-bool Report::ReportContext(const Context&) {
-  std::fprintf(stderr, "measuring");
-  return true;
-}
-
-void Report::ReportRuns(const std::vector<Run>& runs) {
-  for (const Run& run : runs) {
-    if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-    const std::string name = run.run_name.function_name;
-    const std::size_t slash = name.find('/');
-    double& least = least_[name.substr(0, slash)][name.substr(slash + 1)];
-    const double time = run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e9;
-    least = least == 0 ? time : std::min(least, time);
-  }
-  std::fputc('.', stderr);
-  std::fflush(stderr);
+void Report::add(const std::string& name, double time) {
+  const std::size_t slash = name.find('/');
+  double& least = least_[name.substr(0, slash)][name.substr(slash + 1)];
+  least = least == 0 ? time : std::min(least, time);
 }
 
 void Report::print() const {

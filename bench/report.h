@@ -2,27 +2,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <benchmark/benchmark.h>
-
 #include <map>
 #include <string>
-#include <vector>
 
 namespace kxbench {
 
 /// The contender that every workload gets for comparison.
 constexpr const char* memcpyName = "memcpy";
 
-class Report : public benchmark::BenchmarkReporter {
+class Report {
 public:
-  bool ReportContext(const Context& context) override;
-  void ReportRuns(const std::vector<Run>& runs) override;
+  /// A run of "workload/contender" took so many nanoseconds for one call. The least of all runs counts.
+  void add(const std::string& name, double time);
 
   /// The table; call it after the last run.
   void print() const;
 
 private:
-  /// Least nanoseconds of thread time for one call, by workload and contender.
+  /// By workload and contender.
   std::map<std::string, std::map<std::string, double>> least_;
 };
 
