@@ -8,8 +8,8 @@ make_docs() {
   mkdir -p build/docs
   say "writing the pages"
   {
-    python3 tools/docs/reference.py build/docs/input && doxygen tools/docs/Doxyfile &&
-      python3 tools/docs/check_pages.py build/docs
+    python3 -B tools/docs/reference.py build/docs/input && doxygen tools/docs/Doxyfile &&
+      python3 -B tools/docs/check_pages.py build/docs
   } >"$log" 2>&1
 }
 
