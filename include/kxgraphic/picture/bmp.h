@@ -203,11 +203,12 @@ static inline int kxBmpWrite(FILE* file, const Bitmap* bitmap, uint8_t* row, siz
   to = kxPicturePut(to, 0, 4);
   for (i = 0; i < 3 * masks; ++i) to = kxPicturePut(to, masks565[i], 4);
   for (i = 0; i < colours; ++i) {
-    const uint8_t* entry = bitmap->palette + 3 * i;
-    if ((bitmap->format & KX_FORMAT_CODE_MASK) == KX_FORMAT_PALETTE)
-      to = kxPicturePut(to, entry[0] | (uint32_t)entry[1] << 8 | (uint32_t)entry[2] << 16, 4);
-    else
-      to = kxPicturePut(to, i * (bits == 1 ? 0xFFFFFFU : 0x010101U), 4);
+    uint32_t colour = i * (bits == 1 ? 0xFFFFFFU : 0x010101U);
+    if ((bitmap->format & KX_FORMAT_CODE_MASK) == KX_FORMAT_PALETTE) {
+      const uint8_t* entry = bitmap->palette + 3 * i;
+      colour = entry[0] | (uint32_t)entry[1] << 8 | (uint32_t)entry[2] << 16;
+    }
+    to = kxPicturePut(to, colour, 4);
   }
   if (fwrite(head, 1, offset, file) != offset) return 0;
   return kxBmpWriteRows(file, bitmap, row, rowBytes, bits);
