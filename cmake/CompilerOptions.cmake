@@ -8,10 +8,16 @@ target_compile_options(
 if(KX_SANITIZE)
   # Exported functions are called through tables of the C interface, which the function sanitizer does not know.
   # Lines in reports and little optimisation: the checks make higher levels slow to compile and prone to false warnings.
-  add_compile_options(-O1 -g1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-                      -Wno-maybe-uninitialized)
+  add_compile_options(-O1 -g1 -fsanitize=${KX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+                      $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   add_compile_definitions(NDEBUG)
-  add_link_options(-fsanitize=address,undefined)
+  add_link_options(-fsanitize=${KX_SANITIZE})
+endif()
+
+if(KX_COVERAGE)
+  add_compile_options(-O1 -g1 -Wno-maybe-uninitialized)
+  add_compile_definitions(NDEBUG)
+  add_link_options(--coverage)
 endif()
 
 if(WIN32)

@@ -3,99 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
-#include <map>
 
 #include "codec/random_data.h"
 #include "kxgraphic/codec.h"
 #include "support/allocation_sweep.h"
+#include "support/plain_coders.h"
 
 namespace {
 
 using kxtest::Bytes;
 using kxtest::makeData;
+using kxtest::plainCompress;
+using kxtest::plainDecompress;
 using kxtest::Random;
-
-int widthOf(std::size_t code) { return static_cast<int>(std::bit_width(code)); }
-
-/// Codes as a stream: low bit first, whole words.
-class Stream {
-public:
-  void put(std::uint32_t code, int width) {
-    for (int bit = 0; bit < width; ++bit, ++used_) {
-      if (used_ % 32 == 0) bytes_.resize(bytes_.size() + 4);
-      bytes_[used_ / 8] = static_cast<std::uint8_t>(bytes_[used_ / 8] | ((code >> bit) & 1) << (used_ % 8));
-    }
-  }
-  const Bytes& bytes() const { return bytes_; }
-
-private:
-  Bytes bytes_;
-  std::size_t used_ = 0;
-};
-
-Bytes plainCompress(const Bytes& data) {
-  std::map<std::pair<std::uint32_t, std::uint8_t>, std::uint32_t> codes;
-  Stream stream;
-  std::uint32_t code = data[0];
-  int width = 9;
-  for (std::size_t i = 1; i < data.size(); ++i) {
-    if (const auto found = codes.find({code, data[i]}); found != codes.end()) {
-      code = found->second;
-      continue;
-    }
-    stream.put(code, width);
-    if (const auto next = static_cast<std::uint32_t>(257 + codes.size()); next < 65536) {
-      codes[{code, data[i]}] = next;
-      width = widthOf(next);
-    } else {
-      stream.put(256, 16);
-      codes.clear();
-      width = 9;
-    }
-    code = data[i];
-  }
-  stream.put(code, width);
-  return stream.bytes();
-}
-
-/// The decoder as chains of (prefix, byte), each walked back to its first byte.
-Bytes plainDecompress(const Bytes& packed, std::size_t maxOut) {
-  struct Entry {
-    std::uint32_t prefix;
-    std::uint8_t byte;
-  };
-  std::vector<Entry> entries;
-  Bytes out;
-  std::size_t at = 0;
-  for (int width = 9; out.size() < maxOut && at + static_cast<std::size_t>(width) <= packed.size() / 4 * 32;) {
-    std::uint32_t code = 0;
-    for (int bit = 0; bit < width; ++bit, ++at) code |= ((std::uint32_t{packed[at / 8]} >> (at % 8)) & 1) << bit;
-    if (code == 256) {
-      entries.clear();
-      width = 9;
-      continue;
-    }
-    Bytes string;
-    std::uint32_t link = code;
-    while (link > 256) {
-      if (link - 257 >= entries.size()) return {};
-      string.push_back(entries[link - 257].byte);
-      link = entries[link - 257].prefix;
-    }
-    const auto first = static_cast<std::uint8_t>(link);
-    out.push_back(first);
-    if (257 + entries.size() < 65536) {
-      if (!entries.empty()) entries.back().byte = first;
-      entries.push_back({code, first});
-      width = widthOf(256 + entries.size());
-    }
-    // A code of the entry just completed was read with its byte as it stood, which is the same.
-    out.insert(out.end(), string.rbegin(), string.rend());
-  }
-  out.resize(std::min(out.size(), maxOut));
-  return out;
-}
 
 Bytes compress(const Bytes& data) {
   Bytes packed(2 * data.size() + 16, 0xEE);
@@ -182,7 +102,7 @@ TEST(Lz, BrokenStreams) {
           static_cast<std::uint8_t>(1 << random.below(8));
       packed.resize(random.below(static_cast<std::uint32_t>(packed.size() + 1)));
     } else {
-      Stream stream;
+      kxtest::CodeStream stream;
       std::uint32_t next = 257;
       int width = 9;
       for (int i = 0; i < 600; ++i) {
@@ -190,7 +110,7 @@ TEST(Lz, BrokenStreams) {
         const std::uint32_t code = clears ? 256 : random.below(random.below(50) == 0 ? next + 1 : next);
         stream.put(code, width);
         next = code == 256 ? 257 : next + 1;
-        width = next == 257 ? 9 : widthOf(next - 1);
+        width = next == 257 ? 9 : kxtest::codeWidth(next - 1);
       }
       packed = stream.bytes();
     }
@@ -202,13 +122,13 @@ TEST(Lz, BrokenStreams) {
 TEST(Lz, KeepsAFullDictionaryUntilTheClearCode) {
   // A stranger's stream that fills the dictionary and goes on without clearing it.
   Random random(7);
-  Stream stream;
+  kxtest::CodeStream stream;
   std::uint32_t next = 257;
   for (int i = 0; i < 70000; ++i) {
     std::uint32_t code = random.below(next);
     if (code == 256 || i == 0) code = 65;
     if (i > 65300 && i % 7 == 0) code = 65535;  // the last entry keeps the byte it was made with
-    stream.put(code, widthOf(std::max(next - 1, 257u)));
+    stream.put(code, kxtest::codeWidth(std::max(next - 1, 257u)));
     if (next < 65536) ++next;
   }
   const Bytes expected = plainDecompress(stream.bytes(), 300000);

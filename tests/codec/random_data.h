@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <vector>
 
-namespace kxtest {
+#include "support/plain_coders.h"
 
-using Bytes = std::vector<std::uint8_t>;
+namespace kxtest {
 
 class Random {
 public:

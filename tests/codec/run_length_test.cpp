@@ -8,67 +8,17 @@
 #include "codec/random_data.h"
 #include "codec/run_length.h"
 #include "kxgraphic/codec.h"
+#include "support/plain_coders.h"
 
 namespace {
 
 using kxtest::Bytes;
 using kxtest::makeData;
+using kxtest::plainPack;
+using kxtest::plainUnpack;
 using kxtest::Random;
 
 constexpr std::uint32_t sizes[] = {1, 2, 3, 4, 7};
-
-bool same(const Bytes& data, std::size_t size, std::size_t a, std::size_t b) {
-  return std::equal(data.begin() + static_cast<std::ptrdiff_t>(a * size),
-                    data.begin() + static_cast<std::ptrdiff_t>((a + 1) * size),
-                    data.begin() + static_cast<std::ptrdiff_t>(b * size));
-}
-
-Bytes plainPack(const Bytes& data, std::size_t size) {
-  const std::size_t count = data.size() / size;
-  Bytes packed;
-  const auto put = [&](std::size_t header, std::size_t from, std::size_t elements) {
-    packed.push_back(static_cast<std::uint8_t>(header));
-    packed.insert(packed.end(), data.begin() + static_cast<std::ptrdiff_t>(from * size),
-                  data.begin() + static_cast<std::ptrdiff_t>((from + elements) * size));
-  };
-  for (std::size_t at = 0; at < count;) {
-    std::size_t run = 1;
-    while (at + run < count && same(data, size, at, at + run)) ++run;
-    if (run > 1) {
-      const std::size_t taken = run == 128 && at + run < count ? 127 : std::min<std::size_t>(run, 128);
-      put(1 - taken, at, 1);
-      at += taken;
-      continue;
-    }
-    std::size_t end = at + 1;
-    while (end < count && end - at < 128 && !(end + 1 < count && same(data, size, end, end + 1))) ++end;
-    put(end - at - 1, at, end - at);
-    at = end;
-  }
-  return packed;
-}
-
-/// Decodes whole packets that lie within the data, until `wanted` elements are there.
-Bytes plainUnpack(const Bytes& packed, std::size_t size, std::size_t wanted, std::size_t& at) {
-  Bytes data;
-  std::size_t written = 0;
-  while (written < wanted && at < packed.size()) {
-    const int header = static_cast<std::int8_t>(packed[at]);
-    if (header == -128) {
-      ++at;
-      continue;
-    }
-    const std::size_t stored = header < 0 ? 1 : static_cast<std::size_t>(header) + 1;
-    const std::size_t times = header < 0 ? static_cast<std::size_t>(1 - header) : 1;
-    if (packed.size() - at - 1 < stored * size) break;
-    for (std::size_t i = 0; i < times; ++i)
-      data.insert(data.end(), packed.begin() + static_cast<std::ptrdiff_t>(at + 1),
-                  packed.begin() + static_cast<std::ptrdiff_t>(at + 1 + stored * size));
-    written += stored * times;
-    at += 1 + stored * size;
-  }
-  return data;
-}
 
 /// Packs into a block of exactly the promised size and checks that nothing after the result was touched.
 Bytes pack(const Bytes& data, std::size_t size) {

@@ -2,21 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <vector>
 
 #include "frame/heap.h"
 #include "fuzz/target.h"
 #include "kxgraphic/landscape.h"
-
-namespace {
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
-
-}  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static Device3D device{};

@@ -23,6 +23,7 @@ auto& blocks() {
 std::size_t allocations = 0;
 unsigned untilFailure = 0;
 bool failed = false;
+std::size_t largest = 0;
 
 }  // namespace
 
@@ -31,6 +32,7 @@ extern "C" void* mmgr_alloc(std::size_t size) {
     failed = true;
     return nullptr;
   }
+  if (largest != 0 && size > largest) return nullptr;
   void* block = std::malloc(size);
   if (block == nullptr) return nullptr;
   std::memset(block, freshByte, size);
@@ -54,6 +56,8 @@ void failAllocation(unsigned countdown) {
   untilFailure = countdown;
   failed = false;
 }
+
+void refuseBlocksAbove(std::size_t bytes) { largest = bytes; }
 
 bool allocationFailed() { return failed; }
 

@@ -13,6 +13,9 @@ std::size_t liveBlocks();
 /// From now on the `countdown`-th allocation (1 is the next one) fails, and only that one. 0: none fails.
 void failAllocation(unsigned countdown);
 
+/// From now on blocks of more than `bytes` bytes are refused, as on a machine with little memory. 0: none is.
+void refuseBlocksAbove(std::size_t bytes);
+
 /// True when the failure asked for has happened.
 bool allocationFailed();
 
