@@ -59,13 +59,9 @@ if(TARGET kxtrace)
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT programs)
 endif()
 
-# For those who build bindings, and for gdb, which looks for a library's script under its own path there.
-install(FILES bindings/kxgraphic.json bindings/python/kxgraphic.py bindings/python/example.py
+# For those who build bindings, and for `source` in gdb.
+install(FILES bindings/kxgraphic.json bindings/python/kxgraphic.py bindings/python/example.py tools/gdb/kxgraphic-gdb.py
         DESTINATION ${CMAKE_INSTALL_DATADIR}/kxgraphic COMPONENT development)
-if(NOT WIN32)
-  install(FILES tools/gdb/kxgraphic-gdb.py DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${CMAKE_INSTALL_FULL_LIBDIR}
-          RENAME libkxgraphic.so.${PROJECT_VERSION}-gdb.py COMPONENT development)
-endif()
 
 # All that is installed, and no tests or benchmarks.
 add_custom_target(kx_shipped DEPENDS ${kx_shipped})

@@ -30,6 +30,9 @@ else()
     set(CPACK_COMPONENT_DEBIAN-${upper}_GROUP ${component})
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
   endforeach()
+  # gdb looks there for the script of a library by the library's own path.
+  install(FILES tools/gdb/kxgraphic-gdb.py DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load/usr/${CMAKE_INSTALL_LIBDIR}
+          RENAME libkxgraphic.so.${PROJECT_VERSION}-gdb.py COMPONENT debian-development EXCLUDE_FROM_ALL)
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
   set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${CPACK_PACKAGE_CONTACT})
   set(summary ${CPACK_PACKAGE_DESCRIPTION_SUMMARY})

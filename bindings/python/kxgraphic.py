@@ -8,7 +8,8 @@ Those that return a code raise Error instead; outputs are passed with ctypes.byr
         kx.KX_fillRect(picture.bitmap, 10, 10, 100, 50, picture.colour(255, 128, 0))
         picture.save("orange.png")
 
-The library is $KXGRAPHIC_LIBRARY, else one beside this file or in the build folder, else the system's. The description is
+The library is $KXGRAPHIC_LIBRARY, else one beside this file, in the build folder or in the folders of an unpacked
+archive, else the system's. The description is
 $KXGRAPHIC_DESCRIPTION, else kxgraphic.json beside this file or one folder up. A 32-bit DLL takes a 32-bit Python.
 SPDX-License-Identifier: MIT
 """
@@ -41,7 +42,9 @@ def _read_description():
 
 def _load_library():
     name, build = ("kxgraphic.dll", "win32") if _windows else ("libkxgraphic.so.1", "release")
-    path = _first_there("KXGRAPHIC_LIBRARY", [name, os.path.join("..", "..", "build", build, name)]) or name
+    up = os.path.join("..", "..")
+    path = _first_there("KXGRAPHIC_LIBRARY", [name, os.path.join(up, "build", build, name),
+                                              os.path.join(up, "bin" if _windows else "lib", name)]) or name
     try:
         # Its memory manager lies beside it.
         return ctypes.WinDLL(path, winmode=0) if _windows else ctypes.CDLL(path)

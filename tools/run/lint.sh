@@ -20,7 +20,7 @@ run_lint() {
   lock_build
   configure release || fail_with_log "$log"
 
-  mapfile -t sources < <(grep -E '^(include|src|mmgr|tests|bench|examples)/.*\.(c|cpp|h|hpp)$' <<<"$files")
+  mapfile -t sources < <(grep -E '^(include|src|mmgr|tests|bench|examples|tools)/.*\.(c|cpp|h|hpp)$' <<<"$files")
   say "clang-format: ${#sources[@]} files"
   [ ${#sources[@]} = 0 ] || clang-format --dry-run -Werror "${sources[@]}" || status=1
 
@@ -33,7 +33,7 @@ run_lint() {
     printf '%s\0' "${compiled[@]}" | xargs -0 -n 1 -P "$jobs" clang-tidy --quiet -p build/release 2>/dev/null || status=1
     say "cppcheck: ${#compiled[@]} files"
     cppcheck --quiet --error-exitcode=1 --enable=warning,performance,portability --inline-suppr -j "$jobs" \
-      --suppress=missingIncludeSystem --std=c++20 -Iinclude -Isrc -Isrc/platform/posix -Itests "${compiled[@]}" || status=1
+      --suppress=missingIncludeSystem --std=c++20 -Iinclude -Isrc -Isrc/platform/posix -Itests -Itools "${compiled[@]}" || status=1
   fi
   say "the rules of the house"
   tools/check_house.sh || status=1
