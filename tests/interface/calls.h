@@ -9,8 +9,7 @@
 #include <vector>
 
 #include "kxgraphic/kxgraphic.h"
-
-extern "C" void mmgr_free(void* block);
+#include "kxgraphic/mmgr.h"
 
 namespace kxtest {
 

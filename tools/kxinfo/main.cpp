@@ -7,11 +7,10 @@
 #include <string>
 
 #include "kxgraphic/kxgraphic.h"
+#include "kxgraphic/mmgr.h"
 #include "pixel/cpu.h"
 #include "self_test.h"
 #include "system.h"
-
-extern "C" void mmgr_free(void* block);
 
 namespace {
 

@@ -7,8 +7,7 @@
 #include <cstring>
 
 #include "kxgraphic/kxgraphic.h"
-
-extern "C" void mmgr_free(void* block);
+#include "kxgraphic/mmgr.h"
 
 namespace kxinfo {
 
