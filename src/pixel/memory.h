@@ -28,15 +28,12 @@ static inline void store32(void* p, std::uint32_t value) { std::memcpy(p, &value
 
 /// Three bytes, low byte first.
 static inline std::uint32_t load24(const void* p) {
-  const auto* bytes = static_cast<const std::uint8_t*>(p);
-  return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 | static_cast<std::uint32_t>(bytes[2]) << 16;
+  return load16(p) | static_cast<std::uint32_t>(static_cast<const std::uint8_t*>(p)[2]) << 16;
 }
 
 static inline void store24(void* p, std::uint32_t value) {
-  auto* bytes = static_cast<std::uint8_t*>(p);
-  bytes[0] = static_cast<std::uint8_t>(value);
-  bytes[1] = static_cast<std::uint8_t>(value >> 8);
-  bytes[2] = static_cast<std::uint8_t>(value >> 16);
+  store16(p, value);
+  static_cast<std::uint8_t*>(p)[2] = static_cast<std::uint8_t>(value >> 16);
 }
 
 }  // namespace kx

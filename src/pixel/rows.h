@@ -56,7 +56,8 @@ struct DepthSpan {
 /// A table of 256 elements, and what a level makes of it. To be made ready once for all rows.
 struct LookupTable {
   const std::uint8_t* entries;
-  std::uint8_t planes[3][256];  ///< AVX-512: the bytes of the entries apart
+  std::uint8_t made[4 * 256];  ///< of 24 bits the entries in four bytes each; AVX-512: planes of 256 bytes, one for
+                               ///< each byte of an entry
 };
 
 /// Source columns of one strip of a stretched row, and what a level makes of them. To be made ready once for all rows.

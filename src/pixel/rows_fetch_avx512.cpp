@@ -46,14 +46,14 @@ void splitTable(LookupTable& table, const std::uint8_t* entries) {
         part = _mm512_mask_permutexvar_epi8(part, _mm512_movepi8_mask(from), from,
                                             _mm512_loadu_si512(p + 2 * registerBytes));
       }
-      _mm512_storeu_si512(table.planes[place] + q * registerBytes, part);
+      _mm512_storeu_si512(table.made + (4 * place + q) * registerBytes, part);
     }
 }
 
 template <std::size_t Bytes, bool Keyed>
 void lookupPlanes(std::uint8_t* dst, const std::uint8_t* src, const LookupTable& table, std::size_t count) {
   BytePlane planes[Bytes];
-  for (std::size_t place = 0; place < Bytes; ++place) planes[place] = loadPlane(table.planes[place]);
+  for (std::size_t place = 0; place < Bytes; ++place) planes[place] = loadPlane(table.made + 4 * place * registerBytes);
   for (std::size_t i = 0; i < count; i += registerBytes) {
     const std::size_t left = count - i;
     const __mmask64 inside = lowest(left);

@@ -89,52 +89,72 @@ void depthRow(const DepthSpan& span) {
   }
 }
 
-/// Rows of 24 bits of which all but the last pixel may be written as four bytes, as the next pixel sets the fourth
-/// right.
-template <typename Load>
-void storeOverlapping(std::uint8_t* dst, std::size_t count, Load load) {
-  if (count == 0) return;
-  for (std::size_t i = 0; i + 1 < count; ++i) store32(dst + i * 3, load(i));
-  store24(dst + (count - 1) * 3, load(count - 1));
+/// Calls `put(i)` for all of a row, four at a time.
+template <typename Put>
+inline void forEachPixel(std::size_t count, Put put) {
+  std::size_t i = 0;
+  for (; i + 4 <= count; i += 4) {
+    put(i);
+    put(i + 1);
+    put(i + 2);
+    put(i + 3);
+  }
+  for (; i < count; ++i) put(i);
 }
 
-void useTable(LookupTable& table, const std::uint8_t* entries) { table.entries = entries; }
+template <std::size_t Bytes>
+void prepareTable(LookupTable& table, const std::uint8_t* entries) {
+  table.entries = entries;
+  if constexpr (Bytes == 3)
+    for (std::size_t i = 0; i < 256; ++i) store32(table.made + 4 * i, load24(entries + 3 * i));
+}
 
+/// Pixels of 24 bits are stored as four bytes, the fourth of which the next pixel sets right.
 template <std::size_t Bytes>
 void lookupRow(std::uint8_t* dst, const std::uint8_t* src, const LookupTable& table, std::size_t count) {
-  const std::uint8_t* const entries = table.entries;
   if constexpr (Bytes == 3) {
-    // Four bytes from the entry on, for the last entry from the one before on.
-    storeOverlapping(dst, count, [=](std::size_t i) {
-      const std::size_t back = src[i] == 255;
-      return load32(entries + src[i] * Bytes - back) >> (8 * back);
-    });
-    return;
+    if (count == 0) return;
+    const std::size_t last = count - 1;
+    forEachPixel(last, [&](std::size_t i) { store32(dst + 3 * i, load32(table.made + 4 * src[i])); });
+    store24(dst + 3 * last, load32(table.made + 4 * src[last]));
+  } else {
+    const std::uint8_t* const entries = table.entries;
+    forEachPixel(
+        count, [=](std::size_t i) { storePixel<Bytes>(dst + i * Bytes, loadPixel<Bytes>(entries + src[i] * Bytes)); });
   }
-  for (std::size_t i = 0; i < count; ++i)
-    storePixel<Bytes>(dst + i * Bytes, loadPixel<Bytes>(entries + src[i] * Bytes));
 }
 
 template <std::size_t Bytes>
 void lookupKeyedRow(std::uint8_t* dst, const std::uint8_t* src, const LookupTable& table, std::size_t count) {
+  const auto entry = [&](std::size_t i) {
+    return Bytes == 3 ? load32(table.made + 4 * src[i]) : loadPixel<Bytes>(table.entries + src[i] * Bytes);
+  };
   for (std::size_t i = 0; i < count; ++i)
-    if (!isKey(src[i])) storePixel<Bytes>(dst + i * Bytes, loadPixel<Bytes>(table.entries + src[i] * Bytes));
+    if (!isKey(src[i])) storePixel<Bytes>(dst + i * Bytes, entry(i));
 }
 
 void useColumns(GatherColumns&) {}
 
+/// Of 24 bits as in a lookup; four bytes can be loaded from all columns but the last.
 template <std::size_t Bytes>
 void gatherRow(std::uint8_t* dst, const std::uint8_t* src, const GatherColumns& columns) {
-  const auto load = [&](std::size_t i) { return loadPixel<Bytes>(src + columns.column[i] * Bytes); };
-  if constexpr (Bytes == 3) return storeOverlapping(dst, columns.count, load);
-  for (std::size_t i = 0; i < columns.count; ++i) storePixel<Bytes>(dst + i * Bytes, load(i));
+  const std::uint32_t* const column = columns.column;
+  std::size_t done = 0;
+  if constexpr (Bytes == 3) {
+    done = columns.count == 0 ? 0 : columns.count - 1;
+    while (done > 0 && column[done - 1] + 1 >= columns.limit) --done;
+    forEachPixel(done, [=](std::size_t i) { store32(dst + i * 3, load32(src + std::size_t{column[i]} * 3)); });
+  }
+  forEachPixel(columns.count - done, [=](std::size_t i) {
+    storePixel<Bytes>(dst + (done + i) * Bytes, loadPixel<Bytes>(src + column[done + i] * Bytes));
+  });
 }
 
 template <std::size_t Bytes>
 void fillSize(RowKernels& kernels) {
   constexpr std::size_t at = Bytes - 1;
   kernels.keyMask[at] = keyMaskRow<Bytes>;
-  kernels.prepareLookup[at] = useTable;
+  kernels.prepareLookup[at] = prepareTable<Bytes>;
   kernels.lookup[at] = lookupRow<Bytes>;
   kernels.lookupKeyed[at] = lookupKeyedRow<Bytes>;
   kernels.prepareColumns[at] = useColumns;
