@@ -52,7 +52,7 @@ Animation::Animation(int width, int height, int factor, int milliseconds)
 std::vector<Animation::Rgb8> Animation::shrunk(const Image& image) const {
   const std::vector<std::uint8_t> rgb = rgbOf(image);
   std::vector<Rgb8> small;
-  small.reserve(static_cast<std::size_t>(width_ * height_));
+  small.reserve(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
   for (int y = 0; y < height_; ++y)
     for (int x = 0; x < width_; ++x) {
       std::array<int, 3> sum{};

@@ -126,8 +126,8 @@ private:
     const std::uint32_t pixel = KX_getPixel(picture_.get(), x, y);
     const std::uint32_t format = picture_->format;
     char text[64];
-    std::snprintf(text, sizeof text, "pixel %04X\n%u, %u, %u", pixel, KX_toRed(format, pixel),
-                  KX_toGreen(format, pixel), KX_toBlue(format, pixel));
+    static_cast<void>(std::snprintf(text, sizeof text, "pixel %04X\n%u, %u, %u", pixel, KX_toRed(format, pixel),
+                                    KX_toGreen(format, pixel), KX_toBlue(format, pixel)));
     KX_CHECK(KX_fillRectAlpha(field, left, 104, seen * zoom, 26, 0, 90));
     drawText(field, left + 4, 108, text, white);
   }

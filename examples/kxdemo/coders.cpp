@@ -63,15 +63,15 @@ private:
     bar(target, y + 54, "LZ_compress", lzw, lzwWhole, {90, 180, 110});
     bar(target, y + 82, "RLE_compressWords", runs, runsWhole, {100, 150, 240});
     char text[64];
-    std::snprintf(text, sizeof text, "KX_calculateCRC: %08X",
-                  KX_calculateCRC(field->pixels, static_cast<std::int32_t>(plainBytes)));
+    static_cast<void>(std::snprintf(text, sizeof text, "KX_calculateCRC: %08X",
+                                    KX_calculateCRC(field->pixels, static_cast<std::int32_t>(plainBytes))));
     drawText(target, 224, y + 112, text, colour(target, 255, 214, 110));
   }
 
   static void bar(Bitmap* target, int y, const char* name, std::uint32_t bytes, bool whole, Rgb shade) {
     char text[96];
-    std::snprintf(text, sizeof text, "%s: %u bytes, %u%%%s", name, bytes, bytes * 100 / plainBytes,
-                  whole ? "" : " - NOT THE SAME AFTERWARDS");
+    static_cast<void>(std::snprintf(text, sizeof text, "%s: %u bytes, %u%%%s", name, bytes, bytes * 100 / plainBytes,
+                                    whole ? "" : " - NOT THE SAME AFTERWARDS"));
     drawText(target, 224, y, text, colour(target, 205, 212, 224));
     constexpr std::uint32_t longest = 396;
     const auto length = static_cast<int>(std::min(longest, bytes * longest / plainBytes + 1));

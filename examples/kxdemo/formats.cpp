@@ -145,8 +145,8 @@ Image formatSheet(const Material& material) {
     KX_CHECK(KX_bltCopy(target, x + (panelWidth - panel->width) / 2, y + (panelHeight - panel->height) / 2, panel.get(),
                         0, 0, panel->width, panel->height));
     char text[160];
-    std::snprintf(text, sizeof text, "plain %u bytes, %s\nLZW %u, CRC-32 %08X", weights.plain,
-                  packedText(weights).c_str(), weights.lzw, weights.crc);
+    static_cast<void>(std::snprintf(text, sizeof text, "plain %u bytes, %s\nLZW %u, CRC-32 %08X", weights.plain,
+                                    packedText(weights).c_str(), weights.lzw, weights.crc));
     drawText(target, x, y + panelHeight + 5, variant.title, colour(target, 255, 214, 110));
     drawText(target, x, y + panelHeight + 16, text, colour(target, 205, 212, 224));
     ++index;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
+#include <memory>
 
 #include "animation.h"
 #include "scene.h"
@@ -53,10 +53,11 @@ std::string escaped(std::string_view text) {
   return out;
 }
 
-void figure(std::ostream& page, std::string_view file, std::string_view title, std::string_view calls,
+void figure(std::string& page, std::string_view file, std::string_view title, std::string_view calls,
             const char* kind = "") {
-  page << "<figure" << kind << "><img src=\"" << file << "\" alt=\"" << escaped(title) << "\">\n<figcaption><b>"
-       << escaped(title) << "</b><br><code>" << escaped(calls) << "</code></figcaption></figure>\n";
+  page += std::string("<figure") + kind + "><img src=\"" + std::string(file) + "\" alt=\"" + escaped(title) +
+          "\">\n<figcaption><b>" + escaped(title) + "</b><br><code>" + escaped(calls) +
+          "</code></figcaption></figure>\n";
 }
 
 /// Draws a scene frame by frame from its beginning; `seen` gets each frame's number.
@@ -98,7 +99,8 @@ void writeGallery(const std::string& folder, const Image& picture, std::string_v
   for (std::size_t i = 0; i < count; ++i) {
     const SceneEntry& entry = scenes()[i];
     char number[32];
-    std::snprintf(number, sizeof number, "%2u/%u  ", static_cast<unsigned>(i + 1), static_cast<unsigned>(count));
+    static_cast<void>(
+        std::snprintf(number, sizeof number, "%2u/%u  ", static_cast<unsigned>(i + 1), static_cast<unsigned>(count)));
     tell(number, std::string(entry.name) + ": " + entry.title);
     const Image still = played(i, material, last, [&](int frame, const Image& image) {
       if (entry.filmed && frame >= firstFilmed && (frame - firstFilmed) % framesAPicture == 0)
@@ -111,15 +113,16 @@ void writeGallery(const std::string& folder, const Image& picture, std::string_v
   for (const Image& frame : filmFrames) film.add(frame);
   film.save(path("tour.png"));
 
-  std::ofstream page(path("index.html"));
-  page << pageHead;
+  std::string page = pageHead;
   figure(page, "tour.png", "The moving scenes", "ten frames a second and half the size of the window");
   for (const SceneEntry& entry : scenes()) figure(page, std::string(entry.name) + ".png", entry.title, entry.calls);
   figure(page, "sheet.png", "A picture in every bitmap format", "plain, packed and LZW sizes, and CRC-32 of the pixels",
          " class=\"wide\"");
-  page.close();
-  if (!page) throw Error(exitNotWritten, path("index.html") + ": cannot be written");
-  std::printf("%s\n", path("index.html").c_str());
+  const std::string file = path("index.html");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> opened(std::fopen(file.c_str(), "wb"), std::fclose);
+  if (!opened || std::fwrite(page.data(), 1, page.size(), opened.get()) != page.size())
+    throw Error(exitNotWritten, file + ": cannot be written");
+  std::printf("%s\n", file.c_str());
 }
 
 void measureScenes(const Image& picture, std::string_view pictureName) {

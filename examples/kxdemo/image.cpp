@@ -24,7 +24,7 @@ constexpr int exitTooLarge = 5;
 void check(std::uint32_t code, const char* call) {
   if (code == 0) return;
   std::array<char, 32> number{};
-  std::snprintf(number.data(), number.size(), "0x%04X", code);
+  static_cast<void>(std::snprintf(number.data(), number.size(), "0x%04X", code));
   throw Error(1, std::string(call) + " returned " + number.data());
 }
 

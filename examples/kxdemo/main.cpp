@@ -54,7 +54,7 @@ std::optional<Options> parse(const std::vector<std::string>& arguments) {
     } else if (argument == "--picture" && hasValue) {
       options.picture = arguments[++i];
     } else if (argument == "--frames" && hasValue) {
-      options.frames = std::atoi(arguments[++i].c_str());
+      options.frames = static_cast<int>(std::strtol(arguments[++i].c_str(), nullptr, 10));
     } else if (argument.starts_with("--")) {
       return std::nullopt;
     } else if (!options.sheetFolder.empty() && !pictureGiven) {

@@ -85,8 +85,9 @@ private:
     display_.place(frame.mouseX, frame.mouseY);
     drawTitled(*scene_, index_, canvas, frame);
     char line[160];
-    std::snprintf(line, sizeof line, "draw %.2f ms, flip %.2f ms, %.0f frames/s, %d buffer%s", drawTime_ * 1000,
-                  flipTime_ * 1000, 1 / period_, display_.buffers(), display_.buffers() == 1 ? "" : "s");
+    static_cast<void>(std::snprintf(line, sizeof line, "draw %.2f ms, flip %.2f ms, %.0f frames/s, %d buffer%s",
+                                    drawTime_ * 1000, flipTime_ * 1000, 1 / period_, display_.buffers(),
+                                    display_.buffers() == 1 ? "" : "s"));
     static constexpr const char* keys = "arrows: scenes   space: pause   1 2 3: buffers   F: full screen   Esc";
     const int y = frameHeight - footHeight;
     KX_CHECK(KX_fillRectAlpha(canvas, 0, y, frameWidth, footHeight, 0, 110));

@@ -67,12 +67,12 @@ public:
       KX_CHECK(KX_bltCopy(target, x, headHeight + 8, &shown, 0, 0, 200, 150));
       drawText(target, x, headHeight + 164, captions[i], colour(target, 205, 212, 224));
       char text[32];
-      std::snprintf(text, sizeof text, "result code 0x%04X", codes[i]);
+      static_cast<void>(std::snprintf(text, sizeof text, "result code 0x%04X", codes[i]));
       drawText(target, x, headHeight + 188, text, colour(target, 255, 214, 110));
     }
     char text[96];
-    std::snprintf(text, sizeof text, "%u locks and %u unlocks counted,\nat most %u open at a time.", seen.locks,
-                  seen.unlocks, seen.mostOpen);
+    static_cast<void>(std::snprintf(text, sizeof text, "%u locks and %u unlocks counted,\nat most %u open at a time.",
+                                    seen.locks, seen.unlocks, seen.mostOpen));
     drawText(target, 10, headHeight + 214, text, colour(target, 255, 255, 255), 2);
     drawText(target, 10, headHeight + 272,
              "Every bitmap, screen and 3D device carries the table\n"
@@ -86,7 +86,7 @@ public:
 private:
   /// An empty table when there is no such driver.
   static BitmapMethods filledBy(const char* file) {
-    BitmapMethods table;
+    BitmapMethods table{};
     if (KX_getBitmapInterface(&table, file, "KX", 1) == 0) table.version = 0;
     return table;
   }

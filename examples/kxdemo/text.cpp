@@ -15,6 +15,7 @@ constexpr int glyphWidth = 5;
 constexpr int glyphHeight = 8;
 constexpr int glyphsInBand = 16;
 constexpr int bands = 6;
+constexpr std::size_t glyphCount = 96;
 constexpr char firstCharacter = ' ';
 constexpr int spaceWidth = 3;
 constexpr int bandLength = glyphsInBand * (glyphWidth + 1) - 1;
@@ -88,7 +89,7 @@ constexpr bool inked(int glyph, int column, int row) {
 
 /// Where each glyph stands on a page, and how wide its ink is.
 constexpr auto glyphs = [] {
-  std::array<Glyph, bands * glyphsInBand> table{};
+  std::array<Glyph, glyphCount> table{};
   for (int i = 0; i < bands * glyphsInBand; ++i) {
     Glyph& glyph = table[static_cast<std::size_t>(i)];
     glyph = {i % glyphsInBand * (glyphWidth + 1), i / glyphsInBand * glyphHeight, i == 0 ? spaceWidth : 1};

@@ -278,9 +278,9 @@ private:
                      scale);
     };
     char line[96];
-    std::snprintf(line, sizeof line, "Level %d   Score %05d   Floats %d/%d\nBoats %d   Stones %d", game.level,
-                  game.score, game.total - static_cast<int>(game.floats.size()), game.total, game.lives,
-                  game.ammunition);
+    static_cast<void>(std::snprintf(line, sizeof line, "Level %d   Score %05d   Floats %d/%d\nBoats %d   Stones %d",
+                                    game.level, game.score, game.total - static_cast<int>(game.floats.size()),
+                                    game.total, game.lives, game.ammunition));
     KX_CHECK(KX_fillRectAlpha(canvas, at.x, at.y, 186, 24, pixelOf({10, 30, 60}), 110));
     demo::drawText(canvas, at.x + 4, at.y + 3, line, pixelOf({255, 255, 255}));
     const int mapX = inset_.x + viewWidth - tilesX - 4;
@@ -317,13 +317,17 @@ int play() {
   display.setMode(2, false);
   Game game;
   View view;
-  for (double due = demo::secondsNow();;) {
+  double due = demo::secondsNow();
+  for (;;) {
     const demo::Events events = window->poll();
     if (events.quit) return 0;
     if (events.fullScreen) display.setMode(2, !display.full());
     // After a long wait the game does not race to catch up.
     due = std::max(due, demo::secondsNow() - 0.1);
-    for (; due <= demo::secondsNow(); due += 1.0 / stepsASecond) game.step(window->keys);
+    while (due <= demo::secondsNow()) {
+      game.step(window->keys);
+      due += 1.0 / stepsASecond;
+    }
     view.draw(game);
     display.present(view.canvas(), view.inset().x, view.inset().y, viewWidth, viewHeight);
     const double left = due - demo::secondsNow();
@@ -360,7 +364,7 @@ int main(int argc, char** argv) try {
     if (i + 1 == argc || (option != "--frames" && option != "--sheet"))
       return std::fputs("usage: lagoon [--frames COUNT [--sheet FILE.png]]\n", stderr), 2;
     if (option == "--frames")
-      frames = std::atoi(argv[i + 1]);
+      frames = static_cast<int>(std::strtol(argv[i + 1], nullptr, 10));
     else
       sheet = argv[i + 1];
   }
