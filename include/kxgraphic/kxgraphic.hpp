@@ -25,9 +25,7 @@
 #include "error_text.h"
 #include "errors.h"
 #include "kxgraphic.h"
-
-/// Releases a block that the library gave away: a saved landscape, a list of modes, a table of colours.
-extern "C" void mmgr_free(void* block);
+#include "mmgr.h"
 
 namespace kx {
 
