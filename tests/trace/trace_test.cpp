@@ -30,7 +30,9 @@ public:
   explicit Session(std::initializer_list<std::pair<const char*, const char*>> settings) {
     static int number = 0;
     const std::string name = "./kxtrace_copy" + std::to_string(++number);
-    std::filesystem::copy_file(KXTRACE_LIBRARY, name + ".bin", std::filesystem::copy_options::overwrite_existing);
+    // Not overwrite_existing, which fails in the standard library of mingw-w64.
+    std::filesystem::remove(name + ".bin");
+    std::filesystem::copy_file(KXTRACE_LIBRARY, name + ".bin");
     log_ = name + ".log";
     for (const char* variable : {"KXTRACE_ONLY", "KXTRACE_ENTER"}) setVariable(variable, "");
     setVariable("KXTRACE_FILE", log_);
