@@ -334,8 +334,9 @@ std::optional<kxtest::BlitCall> blitCall(const Export& function, const std::vect
 
 std::size_t blockBytes(const Bitmap* bitmap) {
   if (bitmap == nullptr) return 0;
-  const bool spare = (bitmap->flags & KX_BORROWED_PIXELS) == 0;
-  return static_cast<std::size_t>(bitmap->pitch) * static_cast<std::size_t>(bitmap->height + (spare ? 1 : 0));
+  // A bitmap of an unknown format has no bytes, and any height.
+  const std::size_t spare = (bitmap->flags & KX_BORROWED_PIXELS) == 0 ? 1 : 0;
+  return static_cast<std::size_t>(bitmap->pitch) * (static_cast<std::size_t>(bitmap->height) + spare);
 }
 
 Session::Check::Check(const Export& function, const std::vector<Argument>& arguments) {

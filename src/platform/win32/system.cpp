@@ -28,9 +28,15 @@ bool appendToFile(const char* name, const char* bytes, std::size_t size) {
   const HANDLE file = CreateFileA(name, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
                                   FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
+  // Between finding the end and writing there another process may do the same: whoever holds the lock of a byte that no
+  // log reaches goes first. A lock that fails is no reason to lose the line.
+  OVERLAPPED farByte{};
+  farByte.OffsetHigh = 0x7FFFFFFF;
+  const bool locked = LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &farByte) != 0;
   SetFilePointer(file, 0, nullptr, FILE_END);
   DWORD written = 0;
   WriteFile(file, bytes, static_cast<DWORD>(size), &written, nullptr);
+  if (locked) UnlockFileEx(file, 0, 1, 0, &farByte);
   CloseHandle(file);
   return true;
 }

@@ -1,0 +1,17 @@
+/* Reports faults, each with a line number of its own, into the log of the current folder: kx_log_writer FIRST COUNT
+ * SPDX-License-Identifier: MIT */
+#include <stdlib.h>
+
+#include "kxgraphic/kxgraphic.h"
+
+int main(int argc, char** argv) {
+  int first;
+  int count;
+  int i;
+  if (argc != 3) return 2;
+  first = atoi(argv[1]);
+  count = atoi(argv[2]);
+  for (i = 0; i < count; ++i)
+    if (KX_reportError(0x2000, first + i, "log_writer.c") != 0x2000) return 1;
+  return 0;
+}
