@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
+#include <optional>
 
 #include "support/extremes.h"
 #include "support/random.h"
@@ -93,23 +93,26 @@ TEST_F(HostileArguments, UsualOnesAreFine) {
 }
 
 TEST_F(HostileArguments, NumbersOneByOne) {
-  for (const WorldStyle& style : styles)
+  for (const WorldStyle& style : styles) {
+    std::optional<World> world;
     for (const Export& function : kxtest::allExports())
       for (std::size_t i = 0; i < function.parameters.size() && !function.placeholder; ++i)
         for (std::size_t n = 0; n < kxtest::extremeCount && kxtest::isNumber(function.parameters[i].kind); ++n) {
           SCOPED_TRACE(testing::Message() << function.name << ' ' << function.parameters[i].name << " extreme " << n);
-          World world(style);
-          std::vector<Argument> arguments = world.usualArguments(function);
+          if (!world) world.emplace(style);
+          std::vector<Argument> arguments = world->usualArguments(function);
           arguments[i] = kxtest::extreme(function.parameters[i].kind, n);
-          call(world, function, arguments);
+          // What is refused changes nothing.
+          if (call(*world, function, arguments) == 0) world.reset();
         }
+  }
 }
 
 TEST_F(HostileArguments, NumbersTogether) {
   kxtest::Random random(1);
   for (const WorldStyle& style : styles)
     for (const Export& function : kxtest::allExports())
-      for (int round = 0; round < 40 && function.parameters.size() > 1 && !function.placeholder; ++round) {
+      for (int round = 0; round < 12 && function.parameters.size() > 1 && !function.placeholder; ++round) {
         SCOPED_TRACE(testing::Message() << function.name << " round " << round);
         World world(style);
         std::vector<Argument> arguments = world.usualArguments(function);

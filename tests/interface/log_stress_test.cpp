@@ -14,7 +14,7 @@
 namespace {
 
 TEST(LogStress, ProcessesLoseAndTearNoLine) {
-  constexpr int processes = 6, reports = 150;
+  constexpr int processes = 4, reports = 40;
   const std::string program = std::filesystem::absolute(KX_LOG_WRITER).make_preferred().string();
   const kxtest::ScratchFolder folder;
   std::vector<std::thread> runs;

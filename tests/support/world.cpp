@@ -135,7 +135,7 @@ GuardedBlock& World::data(const Export& function, const Parameter& parameter) {
     std::string_view name;
     std::size_t bytes;
   } sizes[] = {{"palette", 768}, {"table15", 512}, {"table16", 512}, {"table8", 256},  {"rotation", 24}, {"values", 24},
-               {"offset", 12},   {"angles", 12},   {"point", 12},    {"vertices", 72}, {"corners", 16},  {"tint", 3}};
+               {"offset", 12},   {"angles", 12},   {"point", 12},    {"vertices", 72}, {"corners", 16},  {"tint", 4}};
   std::size_t bytes = dataBytes;
   for (const auto& item : sizes)
     if (item.name == parameter.name) bytes = item.bytes;
