@@ -74,8 +74,15 @@ Result unpack(Bitmap** result, Bitmap* source) {
   for (std::int32_t y = 0; y < source->height; ++y)
     unpackElements(rowAddress(*plain, y), rowPixels(*source), packedRow(*source, y), unlimitedSource,
                    bytesPerPixel(source->format));
-  if (plain->palette != nullptr && source->palette != nullptr)
-    std::memcpy(plain->palette, source->palette, paletteBytes);
+  if (plain->palette != nullptr) {
+    if (isBadReadPointer(source->palette)) {
+      // What needs a palette then finds none here either.
+      mmgr_free(plain->palette);
+      plain->palette = nullptr;
+    } else {
+      std::memcpy(plain->palette, source->palette, paletteBytes);
+    }
+  }
   *result = plain;
   return Result::Ok;
 }

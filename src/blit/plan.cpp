@@ -163,7 +163,8 @@ Result makePlan(BlitPlan& plan, const FamilyRules& family, const BlitRequest& r)
   plan.strips = plan.stretched && sharing == Sharing::None && rowsAreApart(plan);
   plan.pixelByPixel = sharing == Sharing::SameRow;
   plan.wordByWord = plan.pixelByPixel && !plan.stretched && r.variant == Variant{BlitRule::Copy, BlitDepth::None} &&
-                    plan.fetch == Fetch::Rows && plan.lookupTable == nullptr && plan.convert == nullptr;
+                    plan.fetch == Fetch::Rows && plan.lookupTable == nullptr && plan.convert == nullptr &&
+                    plan.combine != nullptr;
   return Result::Ok;
 }
 

@@ -175,6 +175,17 @@ TEST(BlitRefusals, PalettesAndRowTables) {
   }
 }
 
+TEST(BlitRefusals, PackedTargetsNeedTheirPaletteOnlyWhereItIsUsed) {
+  for (const bool stretch : {false, true})
+    for (std::uint8_t* palette : {static_cast<std::uint8_t*>(nullptr), bad<std::uint8_t>()})
+      for (const std::uint32_t from : {3u, 4u, 6u}) {
+        Scene scene(4, from, true);
+        scene.call.stretch = stretch;
+        scene.dst.record()->palette = palette;
+        EXPECT_EQ(from == 4 ? 0u : 0x2002u, kxtest::callBlit(scene.call)) << from;
+      }
+}
+
 TEST(BlitRefusals, FailedAllocationsAreReportedAndLeaveNoBlocks) {
   // A missing translation, and the temporary of a packed destination.
   for (const bool packed : {false, true})

@@ -96,6 +96,10 @@ TEST(SpecialBlits, FormatsWithoutPixelsDrawNothingAndReadBlack) {
   EXPECT_EQ(0u, KX_bltCopyZBuffer(target.record(), depths.record(), 0, 0, source.record(), 0, 0, 10, 2, 0));
   EXPECT_EQ(before, target.memory());
   EXPECT_EQ(0, depths.record()->pixels[9]);
+  Bitmap same = *target.record();
+  same.format = 3;  // its own rows, moved by a pixel
+  EXPECT_EQ(0u, KX_bltCopy(target.record(), 0, 0, &same, 1, 0, 9, 2));
+  EXPECT_EQ(before, target.memory());
   target.record()->format = 6;
   source.record()->format = 9;
   EXPECT_EQ(0u, KX_bltCopyTransparent(target.record(), 0, 0, source.record(), 0, 0, 10, 2));

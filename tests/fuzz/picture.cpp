@@ -2,17 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 
 #include "fuzz/target.h"
 #include "kxgraphic/kxgraphic.h"
 #include "kxgraphic/picture.h"
 
 namespace {
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
 
 void expectSamePixels(Bitmap* a, Bitmap* b) {
   require(a->width == b->width && a->height == b->height);
