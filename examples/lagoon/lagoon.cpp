@@ -12,7 +12,7 @@
 #include "text.h"
 #include "world.h"
 
-namespace lagoon {
+using namespace lagoon;
 
 namespace {
 
@@ -54,26 +54,28 @@ struct Game {
     begin(level + 1);
   }
 
-  /// What a careful player would press: along the shortest way to the nearest float; a stone against a close shark.
+  /// What a careful player would press: along the shortest way to the nearest float; a stone where it would fall on a
+  /// shark.
   [[nodiscard]] demo::Keys think() const {
-    const std::vector<int> ways = world->waysTo(boat.tile());
-    const auto length = [](const std::vector<int>& to, int tile) { return to[static_cast<std::size_t>(tile)]; };
-    const auto goal = std::min_element(floats.begin(), floats.end(), [&](const Body& a, const Body& b) {
-      return length(ways, a.tile()) < length(ways, b.tile());
-    });
-    const std::vector<int> home = world->waysTo(goal->tile());
+    std::deque<int> goals;
+    for (const Body& glass : floats) goals.push_back(glass.tile());
+    const std::vector<int> ways = world->waysTo(goals);
+    const auto length = [&](int from) { return ways[static_cast<std::size_t>(from)]; };
     int tile = boat.tile();
-    for (int i = 0; i < 2 && length(home, tile) > 1; ++i)
+    for (int i = 0; i < 2; ++i)
       for (const int next : {tile - 1, tile + 1, tile - tilesX, tile + tilesX})
-        if (length(home, next) < length(home, tile)) tile = next;
-    const Point way = (length(home, tile) > 1 ? middleOf(tile) : goal->at) - boat.at;
-    const std::int64_t side = cross(nose(boat.heading), way);
-    const std::int64_t along = dot(nose(boat.heading), way);
+        if (length(next) < length(tile)) tile = next;
+    Point goal = middleOf(tile);
+    for (const Body& glass : floats)
+      if (glass.tile() == tile) goal = glass.at;
+    const std::int64_t side = cross(nose(boat.heading), goal - boat.at);
+    const std::int64_t along = dot(nose(boat.heading), goal - boat.at);
     demo::Keys keys;
     keys.right = side > std::abs(along) / 8 || (along < 0 && side >= 0);
     keys.left = !keys.right && (side < -std::abs(along) / 8 || along < 0);
     keys.up = along > std::abs(side) / 2;
-    for (const Body& shark : sharks) keys.space = keys.space || (shark.timer == 0 && isNear(shark, boat, 60));
+    const Body fall{boat.at + (boat.speed + nose(boat.heading) * 5 / 2) * flight, {}};
+    for (const Body& shark : sharks) keys.space = keys.space || (shark.timer == 0 && isNear(shark, fall, 24));
     return keys;
   }
 
@@ -81,16 +83,14 @@ struct Game {
     level = next;
     steps = 0;
     world = std::make_unique<World>(level);
-    boat = {middleOf(tilesY / 2 * tilesX + tilesX / 2), {}, 0, 96, 120};
-    stones.clear();
-    floats.clear();
-    sharks.clear();
-    const std::vector<int> ways = world->waysTo(boat.tile());
+    boat = {middleOf(tileCount / 2 + tilesX / 2), {}, 0, 96, 120};
+    for (std::vector<Body>* bodies : {&stones, &floats, &sharks}) bodies->clear();
+    const std::vector<int> ways = world->waysTo({boat.tile()});
     const auto place = [&](int least) {
-      int tile = 0;
-      while (ways[static_cast<std::size_t>(tile)] < least || ways[static_cast<std::size_t>(tile)] == World::noWay)
-        tile = world->below(tilesX * tilesY);
-      return middleOf(tile);
+      for (;;)
+        if (const int tile = world->below(tileCount), way = ways[static_cast<std::size_t>(tile)];
+            way >= least && way != World::noWay)
+          return middleOf(tile);
     };
     total = 6 + level * 2;
     for (int i = 0; i < total; ++i) floats.push_back({place(6), {}, i % variants});
@@ -170,128 +170,111 @@ struct Game {
   bool fired = true;
 };
 
+const Image& seen(const Pictures& pictures, const Body& body) {
+  const int index = pictures.size() == directions ? (body.heading + 4) / 8 : body.kind;
+  return pictures[static_cast<std::size_t>(index) % pictures.size()];
+}
+
 /// The picture of a game: water, ground, then everything that stands or swims, sorted by a Z buffer.
 class View {
 public:
-  View() {
-    for (const Layer& layer : layers)
-      for (unsigned i = 0; i < 16 * variants; ++i)
-        tiles_.push_back(paintTile(layer, i / variants, static_cast<int>(i % variants)));
-    const auto paint = [](std::vector<Image>& images, int count, Image (*painter)(int)) {
-      for (int i = 0; i < count; ++i) images.push_back(painter(i));
-    };
-    paint(boats_, directions, paintBoat);
-    paint(fins_, directions, paintFin);
-    paint(sharks_, directions, paintShark);
-    paint(palms_, variants, paintPalm);
-    paint(rocks_, variants, paintRock);
-    paint(floats_, variants, paintFloat);
-  }
-
-  /// The view's part of the canvas begins at `inset`.
-  [[nodiscard]] const Image& canvas() const { return canvas_; }
-  [[nodiscard]] Point inset() const { return inset_; }
-
   void draw(const Game& game) {
     if (world_ != game.world.get()) newLevel(game);
     // The camera looks a little ahead.
     const Point camera = game.boat.pixel() + game.boat.speed / 8 - Point{viewWidth, viewHeight} / 2;
     const Point eye{std::clamp(camera.x, 4, worldWidth - canvasWidth - 4),
                     std::clamp(camera.y, 4, worldHeight - canvasHeight - 4)};
-    inset_ = {eye.x % cellSize, eye.y % cellSize};
-    origin_ = eye - inset_;
+    inset = {eye.x % cellSize, eye.y % cellSize};
+    origin_ = eye - inset;
     constexpr std::array<std::int8_t, 3> tint{};
-    KX_CHECK(KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(canvas_->pixels), 0, 0, canvas_->pitch,
-                                world_->water(), waterWidth * 2, cellSize, origin_.x / cellSize, origin_.y / cellSize,
+    KX_CHECK(KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(canvas->pixels), 0, 0, canvas->pitch, world_->water(),
+                                waterWidth * 2, cellSize, origin_.x / cellSize, origin_.y / cellSize,
                                 canvasWidth / cellSize, canvasHeight / cellSize,
                                 reinterpret_cast<const std::uint16_t*>(floor_->pixels), origin_.x, origin_.y,
                                 worldWidth, worldHeight, floor_->pitch, KX_FORMAT_555, 7, tint.data()));
-    KX_CHECK(KX_fillRect(depth_.get(), 0, 0, canvasWidth, canvasHeight, 255));
-    for (const Body& shark : game.sharks) shade(turned(sharks_, shark), shark, 130);
-    drawGround(canvas_.get(), origin_, sand, layers.size());
+    for (const Body& shark : game.sharks) shade(sharks_, shark, 130);
+    demo::stamp(canvas.get(), Point{} - origin_, land_);
     drawThings(game);
     drawPanel(game);
   }
 
+  /// The view is the part of the canvas that begins at `inset`.
+  Image canvas = demo::makeImage(canvasWidth, canvasHeight, format);
+  Point inset;
+
 private:
-  static const Image& turned(const std::vector<Image>& images, const Body& body) {
-    return images[static_cast<std::size_t>((body.heading + 4) / 8 & (directions - 1))];
-  }
-
-  static const Image& kind(const std::vector<Image>& images, const Body& body) {
-    return images[static_cast<std::size_t>(body.kind)];
-  }
-
   void newLevel(const Game& game) {
     world_ = game.world.get();
-    drawGround(floor_.get(), {}, 0, sand);
-    for (int tile = 0; tile < tilesX * tilesY; ++tile)
+    floor_ = paintGround(0, sand);
+    land_ = demo::converted(paintGround(sand, layers.size()), format | KX_STORAGE_PACKED);
+    for (int tile = 0; tile < tileCount; ++tile)
       for (const Layer& layer : layers)
         if (world_->grid(tile % tilesX, tile / tilesX) >= layer.from)
           KX_CHECK(KX_setPixel(map_.get(), tile % tilesX, tile / tilesX, pixelOf(layer.tone)));
   }
 
   /// Some of the layers, one over the other: a tile for each shape of its corners.
-  void drawGround(Bitmap* target, Point origin, std::size_t first, std::size_t end) const {
+  [[nodiscard]] Image paintGround(std::size_t first, std::size_t end) const {
+    Image ground = demo::makeImage(worldWidth, worldHeight, format);
     for (std::size_t layer = first; layer < end; ++layer)
-      for (int y = origin.y / tileSize; y <= (origin.y + target->height - 1) / tileSize; ++y)
-        for (int x = origin.x / tileSize; x <= (origin.x + target->width - 1) / tileSize; ++x) {
-          const unsigned shape = world_->corners(layer, y * tilesX + x);
-          const std::size_t tile =
-              (layer * 16 + shape) * variants + static_cast<std::size_t>(demo::grain(x, y) % variants);
-          if (shape != 0) demo::stamp(target, Point{x, y} * tileSize - origin, tiles_[tile]);
-        }
+      for (int tile = 0; tile < tileCount; ++tile) {
+        const std::size_t shape = layer * 16 + world_->corners(layer, tile);
+        const int variant = demo::grain(tile % tilesX, tile / tilesX) % variants;
+        demo::stamp(ground.get(), cornerOf(tile), tiles_[shape * variants + static_cast<std::size_t>(variant)]);
+      }
+    return ground;
   }
 
   /// A shadow, or what is under water: blended around a place of the world.
-  void shade(const Image& image, const Body& body, int alpha) const {
-    demo::stampAlpha(canvas_.get(), body.pixel() - origin_ - Point{image->width, image->height} / 2, image, alpha);
+  void shade(const Pictures& pictures, const Body& body, int alpha) const {
+    const Image& image = seen(pictures, body);
+    demo::stampAlpha(canvas.get(), body.pixel() - origin_ - Point{image->width, image->height} / 2, image, alpha);
   }
 
-  /// A thing that stands `foot` pixels below its image's top: what stands lower on the screen is nearer.
-  void put(const Image& image, const Body& body, int foot) const {
+  /// A thing that stands `foot` pixels above its image's bottom: what stands lower on the screen is nearer.
+  void put(const Pictures& pictures, const Body& body, int foot) const {
+    const Image& image = seen(pictures, body);
     const Point at = body.pixel() - origin_;
-    demo::stampDepth(canvas_.get(), depth_.get(), at - Point{image->width / 2, foot}, image,
+    demo::stampDepth(canvas.get(), depth_.get(), at - Point{image->width / 2, image->height - foot}, image,
                      std::clamp(250 - at.y, 0, 255));
   }
 
   void drawThings(const Game& game) const {
     const auto bob = [&](const Body& body) { return std::clamp(world_->wave(body.pixel()) / 50, -3, 3); };
+    KX_CHECK(KX_fillRect(depth_.get(), 0, 0, canvasWidth, canvasHeight, 255));
     for (const Body& palm : world_->palms) shade(palmShadow_, palm, 150);
     for (const Body& stone : game.stones) shade(stoneShadow_, stone, 150);
     shade(boatShadow_, game.boat, 170);
-    for (const Body& rock : world_->rocks) put(kind(rocks_, rock), rock, rockHeight - 4);
-    for (const Body& palm : world_->palms) put(kind(palms_, palm), palm, palmHeight - 1);
-    for (const Body& glass : game.floats) put(kind(floats_, glass), glass, floatSize - 4 + bob(glass));
-    for (const Body& shark : game.sharks)
-      put(turned(fins_, shark), shark, sharkSize / 2 + (shark.timer > 0 ? -3 : bob(shark)));
-    if (game.boat.timer / 6 % 2 == 0 && !game.over())
-      put(turned(boats_, game.boat), game.boat, boatSize / 2 + 2 + bob(game.boat));
-    for (const Body& stone : game.stones) put(stone_, stone, 6 + stone.timer * (Game::flight - stone.timer) / 6);
+    for (const Body& rock : world_->rocks) put(rocks_, rock, 4);
+    for (const Body& palm : world_->palms) put(palms_, palm, 1);
+    for (const Body& glass : game.floats) put(floats_, glass, 4 - bob(glass));
+    for (const Body& shark : game.sharks) put(fins_, shark, 16 + (shark.timer > 0 ? 3 : -bob(shark)));
+    if (game.boat.timer / 6 % 2 == 0 && !game.over()) put(boats_, game.boat, 16 - bob(game.boat));
+    for (const Body& stone : game.stones) put(stones_, stone, -stone.timer * (Game::flight - stone.timer) / 6);
   }
 
   void drawPanel(const Game& game) const {
-    Bitmap* canvas = canvas_.get();
-    const Point at = inset_ + Point{4, 4};
-    const auto text = [&](int y, const char* line, Tone tone, int scale) {
-      demo::drawText(canvas, inset_.x + (viewWidth - demo::textWidth(line, scale)) / 2, at.y + y, line, pixelOf(tone),
-                     scale);
-    };
+    const Point at = inset + Point{4, 4};
     char line[96];
     static_cast<void>(std::snprintf(line, sizeof line, "Level %d   Score %05d   Floats %d/%d\nBoats %d   Stones %d",
                                     game.level, game.score, game.total - static_cast<int>(game.floats.size()),
                                     game.total, game.lives, game.ammunition));
-    KX_CHECK(KX_fillRectAlpha(canvas, at.x, at.y, 186, 24, pixelOf({10, 30, 60}), 110));
-    demo::drawText(canvas, at.x + 4, at.y + 3, line, pixelOf({255, 255, 255}));
-    const int mapX = inset_.x + viewWidth - tilesX - 4;
-    KX_CHECK(KX_bltCopyAlpha(canvas, mapX, at.y, map_.get(), 0, 0, tilesX, tilesY, 60));
+    KX_CHECK(KX_fillRectAlpha(canvas.get(), at.x, at.y, 186, 24, pixelOf({10, 30, 60}), 110));
+    demo::drawText(canvas.get(), at.x + 4, at.y + 3, line, pixelOf({255, 255, 255}));
+    const int mapX = inset.x + viewWidth - tilesX - 4;
+    KX_CHECK(KX_bltCopyAlpha(canvas.get(), mapX, at.y, map_.get(), 0, 0, tilesX, tilesY, 60));
     const auto dot = [&](const Body& body, Tone tone) {
-      KX_CHECK(KX_fillRect(canvas, mapX + body.tile() % tilesX, at.y + body.tile() / tilesX, 2, 2, pixelOf(tone)));
+      const Point tile = body.pixel() / tileSize;
+      KX_CHECK(KX_fillRect(canvas.get(), mapX + tile.x, at.y + tile.y, 2, 2, pixelOf(tone)));
     };
     for (const Body& glass : game.floats) dot(glass, {255, 220, 80});
     for (const Body& shark : game.sharks) dot(shark, {230, 50, 50});
     dot(game.boat, {255, 255, 255});
     if (!game.over() && game.steps > 200) return;
+    const auto text = [&](int y, const char* words, Tone tone, int scale) {
+      const int x = (viewWidth - demo::textWidth(words, scale)) / 2;
+      demo::drawText(canvas.get(), inset.x + x, at.y + y, words, pixelOf(tone), scale);
+    };
     const char* banner = game.over() ? "THE SHARKS HAVE WON" : game.level > 1 ? "NEXT LAGOON" : "LAGOON";
     text(61, banner, {10, 30, 60}, 2);
     text(60, banner, {255, 255, 255}, 2);
@@ -299,19 +282,19 @@ private:
   }
 
   const World* world_ = nullptr;
-  Point origin_, inset_;
-  std::vector<Image> tiles_, boats_, fins_, sharks_, palms_, rocks_, floats_;
-  Image palmShadow_ = paintEllipse(26, 10, {8, 20, 40}), boatShadow_ = paintEllipse(28, 14, {8, 20, 40});
-  Image stone_ = paintEllipse(6, 6, {130, 124, 120}), stoneShadow_ = paintEllipse(6, 4, {8, 20, 40});
-  Image floor_ = demo::makeImage(worldWidth, worldHeight, format), map_ = demo::makeImage(tilesX, tilesY, format);
-  Image canvas_ = demo::makeImage(canvasWidth, canvasHeight, format);
+  Point origin_;
+  Pictures tiles_ = paintTiles(), boats_ = paintBoats(), fins_ = paintFins(), sharks_ = paintSharks();
+  Pictures palms_ = paintPalms(), rocks_ = paintRocks(), floats_ = paintFloats();
+  Pictures palmShadow_ = paintEllipse(26, 10, {8, 20, 40}), boatShadow_ = paintEllipse(28, 14, {8, 20, 40});
+  Pictures stones_ = paintEllipse(6, 6, {130, 124, 120}), stoneShadow_ = paintEllipse(6, 4, {8, 20, 40});
+  Image floor_, land_, map_ = demo::makeImage(tilesX, tilesY, format);
   Image depth_ = demo::makeImage(canvasWidth, canvasHeight, KX_FORMAT_GREY);
 };
 
 /// Plays in a window. Steps keep pace with the clock, however long a picture takes.
 int play() {
   const std::unique_ptr<demo::Window> window = demo::openWindow(viewWidth * zoom, viewHeight * zoom);
-  if (!window) return std::fputs("lagoon: no display\n", stderr), 7;
+  if (!window) throw demo::Error(7, "no display");
   window->setTitle("Lagoon");
   demo::Display display(*window);
   display.setMode(2, false);
@@ -329,7 +312,7 @@ int play() {
       due += 1.0 / stepsASecond;
     }
     view.draw(game);
-    display.present(view.canvas(), view.inset().x, view.inset().y, viewWidth, viewHeight);
+    display.present(view.canvas, view.inset.x, view.inset.y, viewWidth, viewHeight);
     const double left = due - demo::secondsNow();
     if (left > 0) demo::sleepFor(static_cast<int>(left * 1000) + 1);
   }
@@ -344,8 +327,8 @@ int playAlone(int frames, const std::string& sheet) {
     view.draw(game);
   }
   const Image picture = demo::makeImage(viewWidth * zoom, viewHeight * zoom, format);
-  KX_CHECK(KX_bltStretch(picture.get(), 0, 0, picture->width, picture->height, view.canvas().get(), view.inset().x,
-                         view.inset().y, viewWidth, viewHeight));
+  KX_CHECK(KX_bltStretch(picture.get(), 0, 0, picture->width, picture->height, view.canvas.get(), view.inset.x,
+                         view.inset.y, viewWidth, viewHeight));
   std::printf("frame %d: level %d, score %d, boats %d, CRC %08X\n", frames, game.level, game.score, game.lives,
               KX_calculateCRC(picture->pixels, picture->pitch * picture->height));
   if (!sheet.empty()) demo::savePicture(picture, sheet);
@@ -354,22 +337,15 @@ int playAlone(int frames, const std::string& sheet) {
 
 }  // namespace
 
-}  // namespace lagoon
-
 int main(int argc, char** argv) try {
-  int frames = 0;
-  std::string sheet;
-  for (int i = 1; i < argc; i += 2) {
-    const std::string option = argv[i];
-    if (i + 1 == argc || (option != "--frames" && option != "--sheet"))
-      return std::fputs("usage: lagoon [--frames COUNT [--sheet FILE.png]]\n", stderr), 2;
-    if (option == "--frames")
-      frames = static_cast<int>(std::strtol(argv[i + 1], nullptr, 10));
-    else
-      sheet = argv[i + 1];
-  }
-  return frames > 0 ? lagoon::playAlone(frames, sheet) : lagoon::play();
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (words.empty()) return play();
+  if (words[0] == "--frames" && (words.size() == 2 || (words.size() == 4 && words[2] == "--sheet")))
+    return playAlone(std::stoi(words[1]), words.size() == 4 ? words[3] : "");
+  static_cast<void>(std::fputs("usage: lagoon [--frames COUNT [--sheet FILE.png]]\n", stderr));
+  return 2;
 } catch (const std::exception& error) {
-  std::fprintf(stderr, "lagoon: %s\n", error.what());
-  return 1;
+  static_cast<void>(std::fprintf(stderr, "lagoon: %s\n", error.what()));
+  const auto* known = dynamic_cast<const demo::Error*>(&error);
+  return known != nullptr ? known->exitCode() : 1;
 }

@@ -19,20 +19,34 @@ using demo::place;
 using demo::Tone;
 
 constexpr std::uint32_t format = KX_FORMAT_555;
-constexpr int directions = 32;
-constexpr int variants = 4;
+constexpr int directions = 32, variants = 4;
 
 inline std::uint32_t pixelOf(Tone tone) { return demo::pixelOf(format, tone); }
 
-/// Sprites are packed: what is transparent costs nothing.
-inline Image packed(const Image& image) { return demo::converted(image, format | KX_STORAGE_PACKED); }
+/// Pictures of a thing: one, one for each variant, or one for each direction.
+using Pictures = std::vector<Image>;
 
-template <typename PixelAt>
-Image sprite(int width, int height, PixelAt pixelAt) {
-  return packed(demo::painted(width, height, format, pixelAt));
+/// They are packed: what is transparent costs nothing.
+template <typename Paint>
+Pictures packed(int count, Paint paint) {
+  Pictures pictures;
+  for (int i = 0; i < count; ++i) pictures.push_back(demo::converted(paint(i), format | KX_STORAGE_PACKED));
+  return pictures;
 }
 
-inline double angleOf(int direction) { return direction * 2 * std::numbers::pi / directions; }
+template <typename PixelAt>
+Pictures sprites(int count, int width, int height, PixelAt pixelAt) {
+  return packed(count, [&](int variant) {
+    return demo::painted(width, height, format, [&](int x, int y) { return pixelAt(variant, x, y); });
+  });
+}
+
+template <typename SliceAt>
+Pictures turned(int size, int slices, SliceAt sliceAt) {
+  return packed(directions, [&](int direction) {
+    return demo::stacked(size, slices, direction * 2 * std::numbers::pi / directions, format, sliceAt);
+  });
+}
 
 /// What covers the ground from a height (0 to 255) on; each layer lies over the ones before.
 struct Layer {
@@ -50,22 +64,22 @@ constexpr std::array<Layer, 8> layers{{
     {124, {104, 168, 72}, {70, 128, 54}, 30},
     {168, {58, 122, 60}, {36, 88, 46}, 44},
 }};
-constexpr std::size_t sand = 5;
-constexpr std::size_t grass = 6;
+constexpr std::size_t sand = 5, grass = 6;
 constexpr int tileSize = 16;
 
 /// How far a pixel of a tile lies inside a layer, whose border is at 0.5. The bits of `corners` tell which corners
 /// belong to it: top left, top right, bottom left, bottom right.
 inline double insideness(unsigned corners, int x, int y) {
-  const double right = (x + 0.5) / tileSize;
-  const double down = (y + 0.5) / tileSize;
-  const auto corner = [&](unsigned bit) { return corners >> bit & 1; };
-  return (corner(0) * (1 - right) + corner(1) * right) * (1 - down) +
-         (corner(2) * (1 - right) + corner(3) * right) * down;
+  const auto row = [&](unsigned pair) { return std::lerp(pair & 1, pair >> 1 & 1, (x + 0.5) / tileSize); };
+  return std::lerp(row(corners), row(corners >> 2), (y + 0.5) / tileSize);
 }
 
-inline Image paintTile(const Layer& layer, unsigned corners, int variant) {
-  return sprite(tileSize, tileSize, [&](int x, int y) {
+/// For each layer, each shape of the corners and each variant.
+inline Pictures paintTiles() {
+  return sprites(static_cast<int>(layers.size()) * 16 * variants, tileSize, tileSize, [](int index, int x, int y) {
+    const Layer& layer = layers[static_cast<std::size_t>(index / variants / 16)];
+    const unsigned corners = static_cast<unsigned>(index) / variants % 16;
+    const int variant = index % variants;
     const double inside = insideness(corners, x, y);
     if (inside <= 0.5) return 0U;
     const int light = (demo::grain(x + variant * 16, y + layer.from) - 128) * layer.roughness / 256;
@@ -77,79 +91,68 @@ inline Image paintTile(const Layer& layer, unsigned corners, int variant) {
   });
 }
 
-constexpr Tone nothing{};
-constexpr int boatSize = 36;
-
-inline Image paintBoat(int direction) {
+inline Pictures paintBoats() {
   constexpr Tone white{250, 246, 236};
-  return packed(demo::stacked(boatSize, 12, angleOf(direction), format, [&](int height, double ahead, double side) {
+  return turned(36, 12, [&](int height, double ahead, double side) {
     const double across = std::abs(side);
     const double half = 5 + height * 0.25 - ahead * ahead / (ahead > 0 ? 30 : 110);
     const bool hull = ahead > -10 && ahead < 13 + height * 0.25 && across < half;
     const bool cabin = ahead > -6 && ahead < 3 && across < 3.6;
-    if (height < 3) return hull ? Tone{196 - height * 6, 48, 44} : nothing;
-    if (height < 5) return !hull ? nothing : height == 3 || across > half - 1.2 ? white : Tone{206, 164, 104};
-    if (height < 8) return !cabin ? nothing : height == 6 ? Tone{90, 150, 190} : white;
-    if (height == 8) return ahead > -7 && ahead < 4 && across < 4.4 ? Tone{44, 96, 150} : nothing;
+    const bool roof = ahead > -7 && ahead < 4 && across < 4.4;
     const bool funnel = ahead > -4.5 && ahead < -1.5 && across < 1.6;
-    return !funnel ? nothing : height > 10 ? Tone{50, 44, 52} : Tone{224, 176, 60};
-  }));
+    if (height < 3) return hull ? Tone{196 - height * 6, 48, 44} : Tone{};
+    if (height < 5) return !hull ? Tone{} : height == 3 || across > half - 1.2 ? white : Tone{206, 164, 104};
+    if (height < 8) return !cabin ? Tone{} : height == 6 ? Tone{90, 150, 190} : white;
+    if (height == 8) return roof ? Tone{44, 96, 150} : Tone{};
+    return !funnel ? Tone{} : height > 10 ? Tone{50, 44, 52} : Tone{224, 176, 60};
+  });
 }
 
-constexpr int sharkSize = 32;
-
-inline Image paintFin(int direction) {
-  return packed(demo::stacked(sharkSize, 9, angleOf(direction), format, [](int height, double ahead, double side) {
+inline Pictures paintFins() {
+  return turned(32, 9, [](int height, double ahead, double side) {
     const bool fin = ahead > -4 + height * 0.1 && ahead < 4.5 - height * 0.85 && std::abs(side) < 1.3 - height * 0.06;
-    return fin ? lighter({86, 100, 122}, height * 7) : nothing;
-  }));
+    return fin ? lighter({86, 100, 122}, height * 7) : Tone{};
+  });
 }
 
 /// What of a shark is under water.
-inline Image paintShark(int direction) {
-  return packed(demo::stacked(sharkSize, 1, angleOf(direction), format, [](int, double ahead, double side) {
+inline Pictures paintSharks() {
+  return turned(32, 1, [](int, double ahead, double side) {
     const double across = std::abs(side);
     const bool body = std::abs(ahead) < 13 && across < 3.8 * (1 - ahead * ahead / 180);
     const bool tail = ahead < -10 && ahead > -15 && across < (-9 - ahead) * 0.9;
     const bool fins = ahead > 0 && ahead < 5 && across < 8 - ahead * 1.1;
-    return body || tail || fins ? Tone{20, 40, 76} : nothing;
-  }));
+    return body || tail || fins ? Tone{20, 40, 76} : Tone{};
+  });
 }
 
-constexpr int palmWidth = 40;
-constexpr int palmHeight = 48;
-
 /// The trunk stands at the bottom middle; leaves are arcs that fall with the distance from the crown.
-inline Image paintPalm(int variant) {
-  const int lean = variant % 2 == 0 ? 6 : -7;
-  const double crownX = palmWidth / 2.0 + lean;
+inline Pictures paintPalms() {
+  constexpr int width = 40, height = 48, leaves = 9;
   constexpr double crownY = 17;
-  constexpr int leaves = 9;
-  return sprite(palmWidth, palmHeight, [&](int x, int y) {
+  return sprites(variants, width, height, [](int variant, int x, int y) {
+    const int lean = variant % 2 == 0 ? 6 : -7;
+    const double fromCrown = x + 0.5 - width / 2.0 - lean;
     for (int i = 0; i < leaves; ++i) {
       const double direction = i * 2 * std::numbers::pi / leaves + variant;
       const double reach = 15 + (i * 5 + variant * 3) % 4;
       for (double along = 0; along < reach; along += 0.5) {
-        const double leafX = crownX + std::cos(direction) * along;
         const double leafY = crownY + std::sin(direction) * along * 0.45 - along * 0.35 + along * along * 0.05;
         const double thick = 2.3 * std::sin(std::numbers::pi * (0.12 + 0.86 * along / reach));
-        if (std::abs(x + 0.5 - leafX) < 1.2 && std::abs(y + 0.5 - leafY) < thick)
+        if (std::abs(fromCrown - std::cos(direction) * along) < 1.2 && std::abs(y + 0.5 - leafY) < thick)
           return pixelOf(lighter({44, 128, 52}, static_cast<int>((leafY - y) * 16) + i % 3 * 12));
       }
     }
-    const double part = (y - crownY) / (palmHeight - crownY);  // 0 at the crown, 1 at the foot
-    const double across = x + 0.5 - palmWidth / 2.0 - lean * (1 - part) * (1 - part);
+    const double part = (y - crownY) / (height - crownY);  // 0 at the crown, 1 at the foot
+    const double across = fromCrown + lean * (2 - part) * part;
     if (part < 0 || std::abs(across) > 1.4 + part) return 0U;
     return pixelOf(lighter({150, 112, 72}, static_cast<int>(-across * 14) - (y % 4 == 0 ? 26 : 0)));
   });
 }
 
-constexpr int rockWidth = 24;
-constexpr int rockHeight = 18;
-
-inline Image paintRock(int variant) {
-  return sprite(rockWidth, rockHeight, [&](int x, int y) {
-    const double dx = place(x, rockWidth);
+inline Pictures paintRocks() {
+  return sprites(variants, 24, 18, [](int variant, int x, int y) {
+    const double dx = place(x, 24);
     const double top = 3 + dx * dx * dx * dx * 12 + std::sin(x * 0.8 + variant * 2) + std::sin(x * 0.37 + variant) * 2;
     const double down = std::max(0.0, (y - 11) / 7.0);
     if (y < top || dx * dx + down * down > 1) return 0U;
@@ -158,30 +161,29 @@ inline Image paintRock(int variant) {
   });
 }
 
-constexpr int floatSize = 13;
-
-inline Image paintFloat(int kind) {
+inline Pictures paintFloats() {
   constexpr std::array<Tone, variants> glass{{{90, 210, 120}, {250, 170, 60}, {240, 100, 120}, {150, 140, 250}}};
-  const Tone tone = glass[static_cast<std::size_t>(kind)];
-  return sprite(floatSize, floatSize, [&](int x, int y) {
-    const double dx = place(x, floatSize);
-    const double dy = place(y, floatSize);
+  constexpr int size = 13;
+  return sprites(variants, size, size, [&](int variant, int x, int y) {
+    const Tone tone = glass[static_cast<std::size_t>(variant)];
+    const double dx = place(x, size);
+    const double dy = place(y, size);
     if (dx * dx + dy * dy > 1) return 0U;
-    if (y > floatSize - 4) return pixelOf(lighter(tone, -90));  // the part in the water
+    if (y > size - 4) return pixelOf(lighter(tone, -90));  // the part in the water
     if (std::hypot(dx + 0.35, dy + 0.4) < 0.26) return pixelOf({255, 255, 250});
     if (std::abs(dx + dy * 0.4) < 0.14 || std::abs(dy - 0.1) < 0.12) return pixelOf({214, 196, 150});  // its net
     return pixelOf(lighter(tone, static_cast<int>((-dx * 0.5 - dy * 0.7 + (1 - dx * dx - dy * dy) * 0.5) * 70)));
   });
 }
 
-inline Image paintEllipse(int width, int height, Tone tone) {
-  return sprite(width, height, [&](int x, int y) {
+inline Pictures paintEllipse(int width, int height, Tone tone) {
+  return sprites(1, width, height, [&](int, int x, int y) {
     const double dy = place(y, height);
     return std::hypot(place(x, width), dy) < 1 ? pixelOf(lighter(tone, static_cast<int>(-dy * 20))) : 0U;
   });
 }
 
-constexpr int tilesX = 64, tilesY = 48;
+constexpr int tilesX = 64, tilesY = 48, tileCount = tilesX * tilesY;
 constexpr int worldWidth = tilesX * tileSize, worldHeight = tilesY * tileSize;
 /// Pixels of a water cell each way.
 constexpr int cellSize = 2;
@@ -196,23 +198,25 @@ inline Point nose(int heading) {
   return {static_cast<int>(std::lround(std::cos(angle) * one)), static_cast<int>(std::lround(std::sin(angle) * one))};
 }
 
+/// Its top left corner in pixels, and the other way round.
+constexpr Point cornerOf(int tile) { return Point{tile % tilesX, tile / tilesX} * tileSize; }
+constexpr int tileOf(Point pixel) { return pixel.y / tileSize * tilesX + pixel.x / tileSize; }
+
+constexpr Point middleOf(int tile) { return (cornerOf(tile) + Point{tileSize, tileSize} / 2) * one; }
+
 struct Body {
   Point at, speed;
-  int kind = 0;
+  int kind = 0;  ///< which of the variants
   int heading = 0;
   int timer = 0;  ///< steps: how long a shark is stunned, the boat cannot be hurt, a stone flies
 
   [[nodiscard]] Point pixel() const { return at / one; }
-  [[nodiscard]] int tile() const { return at.y / one / tileSize * tilesX + at.x / one / tileSize; }
+  [[nodiscard]] int tile() const { return tileOf(pixel()); }
 };
 
 inline bool isNear(const Body& a, const Body& b, int pixels) {
   const Point between = (a.at - b.at) / one;
   return dot(between, between) < pixels * pixels;
-}
-
-constexpr Point middleOf(int tile) {
-  return Point{tile % tilesX * tileSize + tileSize / 2, tile / tilesX * tileSize + tileSize / 2} * one;
 }
 
 /// The place of a level: ground, water, and what stands there.
@@ -236,18 +240,18 @@ public:
   /// Height of the ground at the top left corner of a tile.
   [[nodiscard]] int grid(int x, int y) const { return heights_[static_cast<std::size_t>(y * (tilesX + 1) + x)]; }
 
+  /// Which corners of a tile belong to a layer.
   [[nodiscard]] unsigned corners(std::size_t layer, int tile) const {
-    const int x = tile % tilesX;
-    const int y = tile / tilesX;
-    const auto bit = [&](int right, int down) { return grid(x + right, y + down) >= layers[layer].from ? 1U : 0U; };
-    return bit(0, 0) | bit(1, 0) << 1 | bit(0, 1) << 2 | bit(1, 1) << 3;
+    unsigned bits = 0;
+    for (int i = 0; i < 4; ++i)
+      if (grid(tile % tilesX + i % 2, tile / tilesX + i / 2) >= layers[layer].from) bits |= 1U << i;
+    return bits;
   }
 
   /// Of a pixel: exactly what the tiles show. Beyond the rim there is land.
   [[nodiscard]] bool isLand(Point at) const {
     if (at.x < 0 || at.y < 0 || at.x >= worldWidth || at.y >= worldHeight) return true;
-    return insideness(corners(sand, at.y / tileSize * tilesX + at.x / tileSize), at.x % tileSize, at.y % tileSize) >
-           0.5;
+    return insideness(corners(sand, tileOf(at)), at.x % tileSize, at.y % tileSize) > 0.5;
   }
 
   [[nodiscard]] const std::int16_t* water() const { return now_.data(); }
@@ -273,24 +277,24 @@ public:
     for (std::size_t i = 0; i < now_.size(); ++i) now_[i] = static_cast<std::int16_t>(now_[i] & wet_[i]);
   }
 
-  /// Steps over open water from every tile to the goal; a great number where there is no way.
-  [[nodiscard]] std::vector<int> waysTo(int goal) const {
-    std::vector<int> ways(tilesX * tilesY, noWay);
-    std::deque<int> open{goal};
+  /// Steps over open water from every tile to the nearest goal; `noWay` where there is none.
+  [[nodiscard]] std::vector<int> waysTo(std::deque<int> goals) const {
+    std::vector<int> ways(tileCount, noWay);
     int* const steps = ways.data();
-    steps[goal] = 0;
-    for (; !open.empty(); open.pop_front())
-      for (const int next : {open.front() - 1, open.front() + 1, open.front() - tilesX, open.front() + tilesX})
-        if (next >= 0 && next < tilesX * tilesY && steps[next] == noWay && corners(sand, next) == 0) {
-          steps[next] = steps[open.front()] + 1;
-          open.push_back(next);
+    for (const int goal : goals) steps[goal] = 0;
+    for (; !goals.empty(); goals.pop_front())
+      for (const int step : {-1, 1, -tilesX, tilesX})
+        if (const int next = goals.front() + step;
+            next >= 0 && next < tileCount && steps[next] == noWay && corners(sand, next) == 0) {
+          steps[next] = steps[goals.front()] + 1;
+          goals.push_back(next);
         }
     return ways;
   }
 
   int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
 
-  static constexpr int noWay = tilesX * tilesY;
+  static constexpr int noWay = tileCount;
   std::vector<Body> palms, rocks;
 
 private:
