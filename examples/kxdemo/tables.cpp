@@ -55,9 +55,9 @@ public:
 
   void draw(Bitmap* target, const Frame& frame) override {
     KX_CHECK(KX_fillRect(target, 0, 0, frameWidth, frameHeight, colour(target, 24, 27, 34)));
-    static constexpr const char* captions[] = {"A table filled by a driver: the library\nas one, with prefix \"KX\"",
-                                               "lock and unlock of the program's own\ncounted, then passed on",
-                                               "A lock that refuses\nnothing is drawn"};
+    static constexpr std::array<const char*, 3> captions{
+        "A table filled by a driver: the library\nas one, with prefix \"KX\"",
+        "lock and unlock of the program's own\ncounted, then passed on", "A lock that refuses\nnothing is drawn"};
     std::array<std::uint32_t, 3> codes{};
     for (std::size_t i = 0; i < fields_.size(); ++i) {
       codes[i] = paint(fields_[i].get(), frame.seconds);
@@ -81,6 +81,10 @@ public:
              "of the same names behind a prefix; a program may also\n"
              "put functions of its own into a table, as here.",
              colour(target, 205, 212, 224), 2);
+    drawText(target, 10, headHeight + 384,
+             "In a window this frame reaches the screen by KX_createScreen, KX_setMode (KX_MODE_WINDOWED, or\n"
+             "KX_MODE_FULL_SCREEN by key F; one to three buffers by keys 1 to 3) and KX_flip.",
+             colour(target, 255, 214, 110));
   }
 
 private:
