@@ -2,6 +2,7 @@
 #include "player.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -35,7 +36,7 @@ public:
       // Frames are due at fixed times, so that a late one does not move the next.
       due = std::max(due + secondsAFrame, secondsNow() - secondsAFrame);
       const double left = due - secondsNow();
-      if (left > 0) sleepFor(static_cast<int>(left * 1000 + 0.5));
+      if (left > 0) sleepFor(static_cast<int>(std::lround(left * 1000)));
       period_ = period_ * 0.95 + (secondsNow() - started) * 0.05;
     }
     if (frames > 0)
