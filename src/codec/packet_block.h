@@ -1,4 +1,4 @@
-// Unpacking a packet in blocks, without a branch on its kind.
+// Unpacking a packet in blocks of vector registers, which 32-bit processors have as well.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -11,34 +11,42 @@ namespace kx {
 /// The first bytes of what a packet stands for: those that follow its header, or one element repeated.
 template <unsigned Size>
 struct PacketBlock {
-  static constexpr unsigned words = Size == 3 ? 3 : 4;
-  static constexpr unsigned bytes = words * 8;
-  std::uint64_t word[words];
+  using Piece [[gnu::vector_size(16)]] = std::uint32_t;
+  static constexpr unsigned secondAt = Size == 3 ? 8 : 16;  ///< where the second piece starts
+  static constexpr unsigned bytes = secondAt + sizeof(Piece);
+  Piece first, second;
 
-  void load(const std::uint8_t* source) { std::memcpy(word, source, bytes); }
-  void store(std::uint8_t* target) const { std::memcpy(target, word, bytes); }
+  void load(const std::uint8_t* source) {
+    std::memcpy(&first, source, sizeof first);
+    std::memcpy(&second, source + secondAt, sizeof second);
+  }
+  void store(std::uint8_t* target) const {
+    std::memcpy(target, &first, sizeof first);
+    std::memcpy(target + secondAt, &second, sizeof second);
+  }
 
-  /// Repeats the element that the block starts with, if `isRun`.
-  void repeatFirst(bool isRun) {
-    const std::uint64_t element = word[0] & ((std::uint64_t{1} << (8 * Size)) - 1);
+  /// Repeats the element that the block starts with.
+  void repeatFirst() {
+    const std::uint32_t element = first[0] & (0xFFFFFFFF >> (32 - 8 * Size));
     if constexpr (Size == 3) {
-      word[1] = isRun ? element >> 16 | element << 8 | element << 32 | element << 56 : word[1];
-      word[2] = isRun ? element >> 8 | element << 16 | element << 40 : word[2];
-      word[0] = isRun ? element | element << 24 | element << 48 : word[0];
+      const std::uint32_t a = element | element << 24, b = element >> 8 | element << 16,
+                          c = element >> 16 | element << 8;
+      first = Piece{a, b, c, a};
+      second = Piece{c, a, b, c};
     } else {
-      const std::uint64_t repeated = element * (Size == 1 ? 0x0101010101010101u : 0x0001000100010001u);
-      for (std::uint64_t& each : word) each = isRun ? repeated : each;
+      first = second = Piece{} + element * (Size == 1 ? 0x01010101 : 0x00010001);
     }
   }
 };
 
-/// Writes what a packet stands for, `bytes` bytes and up to a block less one more; reads as far ahead.
+/// Writes what a packet stands for, `bytes` bytes and up to a block less one more; reads as far ahead. A branch on
+/// the kind was measured faster than selecting by masks, in 32 bits and in 64.
 template <unsigned Size>
 void putBlocks(std::uint8_t* target, const std::uint8_t* source, bool isRun, std::size_t bytes) {
   constexpr std::size_t step = PacketBlock<Size>::bytes;
   PacketBlock<Size> block;
   block.load(source);
-  block.repeatFirst(isRun);
+  if (isRun) block.repeatFirst();
   block.store(target);
   for (std::size_t done = step; done < bytes; done += step) {
     if (!isRun) block.load(source + done);

@@ -38,16 +38,20 @@ struct Progress {
   std::size_t left;  ///< source bytes
 };
 
-/// Unpacks in blocks as long as both ends are far: no branch on the kind of a packet. Blocks write ahead, but only over
-/// bytes that are wanted. The rest of the source writes them again, unless it holds little but fillers or breaks off in
-/// a packet. Blocks read ahead, but where the end of the source is not known only as far as the packets for the
-/// elements wanted must reach.
+/// Unpacks in blocks as long as both ends are far: no branch on the length of a short packet. Blocks write ahead, but
+/// only over bytes that are wanted. The rest of the source writes them again, unless it holds little but fillers or
+/// breaks off in a packet. Blocks read ahead, but where the end of the source is not known only as far as the packets
+/// for the elements wanted must reach.
 template <unsigned Size>
 void unpackBlocks(Progress& progress) {
   constexpr std::size_t packetAndMore = 1 + longestPacket * Size + 4 * PacketBlock<Size>::bytes;
-  const std::uint64_t wantedAhead = PacketBlock<Size>::bytes * (progress.left == unlimitedSource ? longestPacket : 1);
+  const std::size_t wantedAhead = PacketBlock<Size>::bytes * (progress.left == unlimitedSource ? longestPacket : 1);
+  if (progress.wanted <= wantedAhead) return;
+  // Elements of a byte or more that can be written fit the address space.
+  const auto room = static_cast<std::size_t>(std::min<std::uint64_t>(progress.wanted, SIZE_MAX) - wantedAhead);
   Progress p = progress;
-  while (p.left >= packetAndMore && p.wanted > wantedAhead) {
+  std::size_t roomLeft = room;
+  while (p.left >= packetAndMore && roomLeft > 0) {
     const auto header = static_cast<std::int8_t>(*p.source);
     const bool isRun = header < 0;
     const std::uint32_t count = 1 + static_cast<std::uint32_t>(isRun ? -header : header);
@@ -56,15 +60,16 @@ void unpackBlocks(Progress& progress) {
       --p.left;
       continue;
     }
-    if (count + wantedAhead > p.wanted) break;
+    if (count > roomLeft) break;
     const std::size_t bytes = count * Size;
     putBlocks<Size>(p.target, p.source + 1, isRun, bytes);
     const std::size_t used = 1 + (isRun ? Size : bytes);
     p.target += bytes;
-    p.wanted -= count;
+    roomLeft -= count;
     p.source += used;
     p.left -= used;
   }
+  p.wanted -= room - roomLeft;
   progress = p;
 }
 
