@@ -68,6 +68,9 @@ words() {
     $(code_files ! -name check_house.sh ! -name lint.sh) README.md ARCHITECTURE.md CONTRIBUTING.md CHANGELOG.md packaging docs/*.md 2>/dev/null | sed 's/^/  /'
 }
 
+# Sources have folders; one beside README.md is somebody's scratch.
+scratch() { find . -maxdepth 1 \( -name '*.c' -o -name '*.cpp' -o -name '*.h' -o -name '*.py' \) | sed 's/^/  /'; }
+
 # Entry points keep their full names: grep must find each where it is defined. Placeholders come from the list.
 definitions() {
   [ ! -e src/interface/pending.cpp ] || return
@@ -83,6 +86,7 @@ rule "operating-system code stays in src/platform" system_code
 rule "vector code stays in files named after its instruction set" vector_code
 rule "every file says its licence in its head" heads
 rule "comments speak of the project alone" words
+rule "no sources beside README.md" scratch
 rule "every exported function is found by its full name in src" definitions
 echo "$passed passed, $failed failed"
 [ "$failed" = 0 ]
