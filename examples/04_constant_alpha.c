@@ -64,9 +64,8 @@ int main(void) {
     x += width + dice(0, 5);
   }
   for (int32_t i = 0; i < 90; ++i) { /* small and far ones first */
-    const int32_t radius = 3 + i * (LARGEST - 3) / 90;
-    drawLight(picture, dice(0, WIDTH), 120 + dice(-60, 60) + dice(-30, 30), radius, dice(0, 4),
-              165 + dice(0, 35) + i / 3);
+    const int32_t alpha = 165 + dice(0, 35) + i / 3, kind = dice(0, 4), high = dice(-60, 60), low = dice(-30, 30);
+    drawLight(picture, dice(0, WIDTH), 120 + high + low, 3 + i * (LARGEST - 3) / 90, kind, alpha);
   }
   for (int32_t i = 0; i < 8; ++i) /* one that moves: older images are weaker */
     drawLight(picture, 40 + 12 * i, 30 + (i - 4) * (i - 4), 9, 2, 245 - 30 * i);

@@ -17,7 +17,10 @@ public:
   explicit Water(const Material& material) : image_(material.covering(frameWidth, frameHeight)) {}
 
   void draw(Bitmap* target, const Frame& frame) override {
-    if (step_++ % 45 == 0) drop(static_cast<int>(random() % cellsX), static_cast<int>(random() % cellsY), 1400);
+    if (step_++ % 45 == 0) {
+      const int y = static_cast<int>(random() % cellsY);
+      drop(static_cast<int>(random() % cellsX), y, 1400);
+    }
     if (frame.mouseDown) drop(frame.mouseX / cellSize, frame.mouseY / cellSize, 900);
     KX_CHECK(KX_calculateWaterMap(previous_.data(), mapPitch, current_.data(), mapPitch, mapWidth, mapHeight, 1, 5));
     std::swap(previous_, current_);
