@@ -187,9 +187,9 @@ public:
     inset = {eye.x % cellSize, eye.y % cellSize};
     origin_ = eye - inset;
     constexpr std::array<std::int8_t, 3> tint{};
-    KX_CHECK(KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(canvas->pixels), 0, 0, canvas->pitch, world_->water(),
-                                waterWidth * 2, cellSize, origin_.x / cellSize, origin_.y / cellSize,
-                                canvasWidth / cellSize, canvasHeight / cellSize,
+    KX_CHECK(KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(canvas->pixels), 0, 0, canvas->pitch,
+                                world_->water().cells(), world_->water().pitch(), cellSize, origin_.x / cellSize,
+                                origin_.y / cellSize, canvasWidth / cellSize, canvasHeight / cellSize,
                                 reinterpret_cast<const std::uint16_t*>(floor_->pixels), origin_.x, origin_.y,
                                 worldWidth, worldHeight, floor_->pitch, KX_FORMAT_555, 7, tint.data()));
     for (const Body& shark : game.sharks) shade(sharks_, shark, 130);

@@ -9,6 +9,7 @@
 
 #include "device.h"
 #include "paint.h"
+#include "ripples.h"
 #include "terrain.h"
 
 namespace lagoon {
@@ -226,7 +227,7 @@ public:
     makeHeights(static_cast<std::uint32_t>(level) * 31 + 5);
     for (int y = 0; y < waterHeight; ++y)
       for (int x = 0; x < waterWidth; ++x)
-        wet_[cell({x * cellSize, y * cellSize})] = isLand({x * cellSize, y * cellSize}) ? 0 : -1;
+        wet_[static_cast<std::size_t>(y * waterWidth + x)] = isLand({x * cellSize, y * cellSize}) ? 0 : -1;
     for (int y = 2; y < tilesY - 2; ++y)
       for (int x = 2; x < tilesX - 2; ++x) {
         const Point at = Point{x * tileSize + below(9) - 4, y * tileSize + below(9)} * one;
@@ -254,27 +255,15 @@ public:
     return insideness(corners(sand, tileOf(at)), at.x % tileSize, at.y % tileSize) > 0.5;
   }
 
-  [[nodiscard]] const std::int16_t* water() const { return now_.data(); }
-  [[nodiscard]] int wave(Point at) const { return now_[cell(at)]; }
-
-  /// How the water slopes at a pixel, downhill.
-  [[nodiscard]] Point slope(Point at) const {
-    return {wave(at - Point{2, 0}) - wave(at + Point{2, 0}), wave(at - Point{0, 2}) - wave(at + Point{0, 2})};
-  }
-
-  void splash(Point at, int radius, int depth) {
-    for (int y = -radius; y <= radius; ++y)
-      for (int x = -radius; x <= radius; ++x)
-        if (x * x + y * y <= radius * radius)
-          now_[cell(at + Point{x, y} * cellSize)] = static_cast<std::int16_t>(-depth);
-  }
+  [[nodiscard]] const demo::Ripples& water() const { return water_; }
+  [[nodiscard]] int wave(Point at) const { return water_.at(at / cellSize); }
+  [[nodiscard]] Point slope(Point at) const { return water_.slope(at / cellSize); }
+  void splash(Point at, int radius, int depth) { water_.splash(at / cellSize, radius, depth); }
 
   /// A step of the waves. They end at the shore, which throws them back.
   void flow() {
-    KX_CHECK(KX_calculateWaterMap(before_.data(), waterWidth * 2, now_.data(), waterWidth * 2, waterWidth, waterHeight,
-                                  1, 5));
-    std::swap(before_, now_);
-    for (std::size_t i = 0; i < now_.size(); ++i) now_[i] = static_cast<std::int16_t>(now_[i] & wet_[i]);
+    water_.step();
+    water_.mask(wet_);
   }
 
   /// Steps over open water from every tile to the nearest goal; `noWay` where there is none.
@@ -298,11 +287,6 @@ public:
   std::vector<Body> palms, rocks;
 
 private:
-  static std::size_t cell(Point at) {
-    return static_cast<std::size_t>(std::clamp(at.y / cellSize, 0, waterHeight - 1) * waterWidth +
-                                    std::clamp(at.x / cellSize, 0, waterWidth - 1));
-  }
-
   /// The library makes the terrain; its rim rises to a ring of land, its middle sinks to a lagoon.
   void makeHeights(std::uint32_t seed) {
     const demo::Stage stage(4, 4, format);
@@ -322,7 +306,7 @@ private:
   std::minstd_rand random_;
   std::array<int, (tilesX + 1) * (tilesY + 1)> heights_{};
   std::vector<std::int16_t> wet_ = std::vector<std::int16_t>(waterWidth * waterHeight);
-  std::vector<std::int16_t> now_ = wet_, before_ = wet_;
+  demo::Ripples water_{waterWidth, waterHeight};
 };
 
 }  // namespace lagoon
