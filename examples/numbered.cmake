@@ -4,7 +4,7 @@ file(GLOB numbered CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} [0-9][
 set(picture_folder ${PROJECT_BINARY_DIR}/example_pictures)
 file(MAKE_DIRECTORY ${picture_folder})
 
-add_executable(compare_pictures compare_pictures.cpp kxdemo/stb.c)
+add_executable(compare_pictures compare_pictures.cpp base/stb.c)
 target_include_directories(compare_pictures SYSTEM PRIVATE ${KX_STB_FOLDER})
 set(pairs)
 set(names)

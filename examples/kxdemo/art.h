@@ -12,11 +12,6 @@
 
 namespace demo {
 
-/// A colour of three channels, 0 to 255 each.
-struct Rgb {
-  unsigned red, green, blue;
-};
-
 /// A shaded ball on transparent ground (pixel value 0), size x size pixels.
 Image makeBall(int size, std::uint32_t format, Rgb colour);
 

@@ -15,6 +15,7 @@
 
 #include "gallery.h"
 #include "player.h"
+#include "program.h"
 #include "scene.h"
 
 namespace {
@@ -23,9 +24,6 @@ namespace {
 constexpr std::uint8_t ownPicture[] = {
 #include "own_picture.inc"
 };
-
-constexpr int exitUsage = 2;
-constexpr int exitNoDisplay = 7;
 
 struct Options {
   std::string scene;
@@ -54,7 +52,7 @@ std::optional<Options> parse(const std::vector<std::string>& arguments) {
     } else if (argument == "--picture" && hasValue) {
       options.picture = arguments[++i];
     } else if (argument == "--frames" && hasValue) {
-      options.frames = static_cast<int>(std::strtol(arguments[++i].c_str(), nullptr, 10));
+      options.frames = demo::numberOf(argument, arguments[++i], 1);
     } else if (argument.starts_with("--")) {
       return std::nullopt;
     } else if (!options.sheetFolder.empty() && !pictureGiven) {
@@ -92,30 +90,24 @@ int run(const Options& options) {
   std::size_t index = 0;
   const auto scenes = demo::scenes();
   while (!options.scene.empty() && index < scenes.size() && options.scene != scenes[index].name) ++index;
-  if (index == scenes.size()) throw demo::Error(exitUsage, "no scene " + options.scene + "; --list names them");
+  if (index == scenes.size()) throw demo::Error(demo::exitUsage, "no scene " + options.scene + "; --list names them");
   if (!demo::play(index, picture, pictureName, options.frames))
-    throw demo::Error(exitNoDisplay, "no display; --gallery FOLDER writes the scenes as pictures");
+    throw demo::Error(demo::exitNoDisplay, "no display; --gallery FOLDER writes the scenes as pictures");
   return 0;
 }
 
 }  // namespace
 
-int main(int argc, char** argv) try {
-  const std::optional<Options> options = parse({argv + 1, argv + argc});
-  if (!options) {
+int main(int argc, char** argv) {
+  return demo::guarded("kxdemo", [&] {
+    const std::optional<Options> options = parse({argv + 1, argv + argc});
+    if (options) return run(*options);
     std::fputs(
         "usage: kxdemo [SCENE] [--picture FILE] [--frames COUNT]\n"
         "       kxdemo --gallery FOLDER [--picture FILE] [--frames COUNT]\n"
         "       kxdemo --sheet FOLDER [PICTURE]\n"
         "       kxdemo --list | --measure\n",
         stderr);
-    return exitUsage;
-  }
-  return run(*options);
-} catch (const demo::Error& error) {
-  std::fprintf(stderr, "kxdemo: %s\n", error.what());
-  return error.exitCode();
-} catch (const std::exception& error) {
-  std::fprintf(stderr, "kxdemo: %s\n", error.what());
-  return 1;
+    return demo::exitUsage;
+  });
 }

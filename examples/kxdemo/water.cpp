@@ -1,6 +1,5 @@
 // Ripples over a picture: drops fall by themselves and under the mouse.
 // SPDX-License-Identifier: MIT
-#include <array>
 #include <cstdint>
 
 #include "ripples.h"
@@ -22,14 +21,9 @@ public:
     if (frame.mouseDown) drop(frame.mouseX / cellSize, frame.mouseY / cellSize, 900);
     ripples_.step();
 
-    // Shades are those of 5-5-5; they tell mostly in the blue.
-    const std::uint32_t format = image_->format & KX_FORMAT_CODE_MASK;
-    const int shadeShift = format == KX_FORMAT_555 ? 8 : 0;
-    constexpr std::array<std::int8_t, 3> noTint{};
-    KX_CHECK(KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(target->pixels), 0, 0, target->pitch, ripples_.cells(),
-                                ripples_.pitch(), cellSize, 1, 0, cellsX, cellsY,
-                                reinterpret_cast<const std::uint16_t*>(image_->pixels), 0, 0, frameWidth, frameHeight,
-                                image_->pitch, static_cast<std::uint8_t>(format), shadeShift, noTint.data()));
+    // The shades tell mostly in the blue.
+    const bool blue5 = (image_->format & KX_FORMAT_CODE_MASK) == KX_FORMAT_555;
+    ripples_.draw(target, {1, 0}, {cellsX, cellsY}, cellSize, image_.get(), {}, blue5 ? 8 : 0);
   }
 
 private:

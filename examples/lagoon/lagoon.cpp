@@ -9,6 +9,7 @@
 #include <string>
 
 #include "display.h"
+#include "program.h"
 #include "text.h"
 #include "world.h"
 
@@ -186,12 +187,8 @@ public:
                     std::clamp(camera.y, 4, worldHeight - canvasHeight - 4)};
     inset = {eye.x % cellSize, eye.y % cellSize};
     origin_ = eye - inset;
-    constexpr std::array<std::int8_t, 3> tint{};
-    KX_CHECK(KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(canvas->pixels), 0, 0, canvas->pitch,
-                                world_->water().cells(), world_->water().pitch(), cellSize, origin_.x / cellSize,
-                                origin_.y / cellSize, canvasWidth / cellSize, canvasHeight / cellSize,
-                                reinterpret_cast<const std::uint16_t*>(floor_->pixels), origin_.x, origin_.y,
-                                worldWidth, worldHeight, floor_->pitch, KX_FORMAT_555, 7, tint.data()));
+    world_->water().draw(canvas.get(), origin_ / cellSize, Point{canvasWidth, canvasHeight} / cellSize, cellSize,
+                         floor_.get(), origin_, 7);
     for (const Body& shark : game.sharks) shade(sharks_, shark, 130);
     demo::stamp(canvas.get(), Point{} - origin_, land_);
     drawThings(game);
@@ -284,9 +281,11 @@ private:
   const World* world_ = nullptr;
   Point origin_;
   Pictures tiles_ = paintTiles(), boats_ = paintBoats(), fins_ = paintFins(), sharks_ = paintSharks();
-  Pictures palms_ = paintPalms(), rocks_ = paintRocks(), floats_ = paintFloats();
-  Pictures palmShadow_ = paintEllipse(26, 10, {8, 20, 40}), boatShadow_ = paintEllipse(28, 14, {8, 20, 40});
-  Pictures stones_ = paintEllipse(6, 6, {130, 124, 120}), stoneShadow_ = paintEllipse(6, 4, {8, 20, 40});
+  Pictures palms_ = demo::palms(variants, format), rocks_ = demo::rocks(variants, format), floats_ = paintFloats();
+  Pictures palmShadow_ = demo::ellipse(26, 10, format, {8, 20, 40}),
+           boatShadow_ = demo::ellipse(28, 14, format, {8, 20, 40});
+  Pictures stones_ = demo::ellipse(6, 6, format, {130, 124, 120}),
+           stoneShadow_ = demo::ellipse(6, 4, format, {8, 20, 40});
   Image floor_, land_, map_ = demo::makeImage(tilesX, tilesY, format);
   Image depth_ = demo::makeImage(canvasWidth, canvasHeight, KX_FORMAT_GREY);
 };
@@ -294,7 +293,7 @@ private:
 /// Plays in a window. Steps keep pace with the clock, however long a picture takes.
 int play() {
   const std::unique_ptr<demo::Window> window = demo::openWindow(viewWidth * zoom, viewHeight * zoom);
-  if (!window) throw demo::Error(7, "no display");
+  if (!window) throw demo::Error(demo::exitNoDisplay, "no display; --frames COUNT --sheet FILE.png plays without one");
   window->setTitle("Lagoon");
   demo::Display display(*window);
   display.setMode(2, false);
@@ -337,15 +336,13 @@ int playAlone(int frames, const std::string& sheet) {
 
 }  // namespace
 
-int main(int argc, char** argv) try {
-  const std::vector<std::string> words(argv + 1, argv + argc);
-  if (words.empty()) return play();
-  if (words[0] == "--frames" && (words.size() == 2 || (words.size() == 4 && words[2] == "--sheet")))
-    return playAlone(std::stoi(words[1]), words.size() == 4 ? words[3] : "");
-  static_cast<void>(std::fputs("usage: lagoon [--frames COUNT [--sheet FILE.png]]\n", stderr));
-  return 2;
-} catch (const std::exception& error) {
-  static_cast<void>(std::fprintf(stderr, "lagoon: %s\n", error.what()));
-  const auto* known = dynamic_cast<const demo::Error*>(&error);
-  return known != nullptr ? known->exitCode() : 1;
+int main(int argc, char** argv) {
+  return demo::guarded("lagoon", [&] {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.empty()) return play();
+    if (words[0] == "--frames" && (words.size() == 2 || (words.size() == 4 && words[2] == "--sheet")))
+      return playAlone(demo::numberOf(words[0], words[1], 1), words.size() == 4 ? words[3] : "");
+    static_cast<void>(std::fputs("usage: lagoon [--frames COUNT [--sheet FILE.png]]\n", stderr));
+    return demo::exitUsage;
+  });
 }

@@ -16,38 +16,16 @@ namespace lagoon {
 
 using demo::Image;
 using demo::lighter;
+using demo::Pictures;
 using demo::place;
+using demo::Point;
+using demo::sprites;
 using demo::Tone;
 
 constexpr std::uint32_t format = KX_FORMAT_555;
 constexpr int directions = 32, variants = 4;
 
 inline std::uint32_t pixelOf(Tone tone) { return demo::pixelOf(format, tone); }
-
-/// Pictures of a thing: one, one for each variant, or one for each direction.
-using Pictures = std::vector<Image>;
-
-/// They are packed: what is transparent costs nothing.
-template <typename Paint>
-Pictures packed(int count, Paint paint) {
-  Pictures pictures;
-  for (int i = 0; i < count; ++i) pictures.push_back(demo::converted(paint(i), format | KX_STORAGE_PACKED));
-  return pictures;
-}
-
-template <typename PixelAt>
-Pictures sprites(int count, int width, int height, PixelAt pixelAt) {
-  return packed(count, [&](int variant) {
-    return demo::painted(width, height, format, [&](int x, int y) { return pixelAt(variant, x, y); });
-  });
-}
-
-template <typename SliceAt>
-Pictures turned(int size, int slices, SliceAt sliceAt) {
-  return packed(directions, [&](int direction) {
-    return demo::stacked(size, slices, direction * 2 * std::numbers::pi / directions, format, sliceAt);
-  });
-}
 
 /// What covers the ground from a height (0 to 255) on; each layer lies over the ones before.
 struct Layer {
@@ -77,7 +55,8 @@ inline double insideness(unsigned corners, int x, int y) {
 
 /// For each layer, each shape of the corners and each variant.
 inline Pictures paintTiles() {
-  return sprites(static_cast<int>(layers.size()) * 16 * variants, tileSize, tileSize, [](int index, int x, int y) {
+  constexpr int count = static_cast<int>(layers.size()) * 16 * variants;
+  return sprites(count, tileSize, tileSize, format, [](int index, int x, int y) {
     const Layer& layer = layers[static_cast<std::size_t>(index / variants / 16)];
     const unsigned corners = static_cast<unsigned>(index) / variants % 16;
     const int variant = index % variants;
@@ -94,7 +73,7 @@ inline Pictures paintTiles() {
 
 inline Pictures paintBoats() {
   constexpr Tone white{250, 246, 236};
-  return turned(36, 12, [&](int height, double ahead, double side) {
+  return demo::turned(directions, 36, 12, format, [&](int height, double ahead, double side) {
     const double across = std::abs(side);
     const double half = 5 + height * 0.25 - ahead * ahead / (ahead > 0 ? 30 : 110);
     const bool hull = ahead > -10 && ahead < 13 + height * 0.25 && across < half;
@@ -110,7 +89,7 @@ inline Pictures paintBoats() {
 }
 
 inline Pictures paintFins() {
-  return turned(32, 9, [](int height, double ahead, double side) {
+  return demo::turned(directions, 32, 9, format, [](int height, double ahead, double side) {
     const bool fin = ahead > -4 + height * 0.1 && ahead < 4.5 - height * 0.85 && std::abs(side) < 1.3 - height * 0.06;
     return fin ? lighter({86, 100, 122}, height * 7) : Tone{};
   });
@@ -118,7 +97,7 @@ inline Pictures paintFins() {
 
 /// What of a shark is under water.
 inline Pictures paintSharks() {
-  return turned(32, 1, [](int, double ahead, double side) {
+  return demo::turned(directions, 32, 1, format, [](int, double ahead, double side) {
     const double across = std::abs(side);
     const bool body = std::abs(ahead) < 13 && across < 3.8 * (1 - ahead * ahead / 180);
     const bool tail = ahead < -10 && ahead > -15 && across < (-9 - ahead) * 0.9;
@@ -127,45 +106,10 @@ inline Pictures paintSharks() {
   });
 }
 
-/// The trunk stands at the bottom middle; leaves are arcs that fall with the distance from the crown.
-inline Pictures paintPalms() {
-  constexpr int width = 40, height = 48, leaves = 9;
-  constexpr double crownY = 17;
-  return sprites(variants, width, height, [](int variant, int x, int y) {
-    const int lean = variant % 2 == 0 ? 6 : -7;
-    const double fromCrown = x + 0.5 - width / 2.0 - lean;
-    for (int i = 0; i < leaves; ++i) {
-      const double direction = i * 2 * std::numbers::pi / leaves + variant;
-      const double reach = 15 + (i * 5 + variant * 3) % 4;
-      for (double along = 0; along < reach; along += 0.5) {
-        const double leafY = crownY + std::sin(direction) * along * 0.45 - along * 0.35 + along * along * 0.05;
-        const double thick = 2.3 * std::sin(std::numbers::pi * (0.12 + 0.86 * along / reach));
-        if (std::abs(fromCrown - std::cos(direction) * along) < 1.2 && std::abs(y + 0.5 - leafY) < thick)
-          return pixelOf(lighter({44, 128, 52}, static_cast<int>((leafY - y) * 16) + i % 3 * 12));
-      }
-    }
-    const double part = (y - crownY) / (height - crownY);  // 0 at the crown, 1 at the foot
-    const double across = fromCrown + lean * (2 - part) * part;
-    if (part < 0 || std::abs(across) > 1.4 + part) return 0U;
-    return pixelOf(lighter({150, 112, 72}, static_cast<int>(-across * 14) - (y % 4 == 0 ? 26 : 0)));
-  });
-}
-
-inline Pictures paintRocks() {
-  return sprites(variants, 24, 18, [](int variant, int x, int y) {
-    const double dx = place(x, 24);
-    const double top = 3 + dx * dx * dx * dx * 12 + std::sin(x * 0.8 + variant * 2) + std::sin(x * 0.37 + variant) * 2;
-    const double down = std::max(0.0, (y - 11) / 7.0);
-    if (y < top || dx * dx + down * down > 1) return 0U;
-    const int light = static_cast<int>(44 - dx * 34 - (y - top) * 5) + demo::grain(x / 2, y / 2 + variant) / 8 - 16;
-    return pixelOf(lighter({120, 116, 122}, light));
-  });
-}
-
 inline Pictures paintFloats() {
   constexpr std::array<Tone, variants> glass{{{90, 210, 120}, {250, 170, 60}, {240, 100, 120}, {150, 140, 250}}};
   constexpr int size = 13;
-  return sprites(variants, size, size, [&](int variant, int x, int y) {
+  return sprites(variants, size, size, format, [&](int variant, int x, int y) {
     const Tone tone = glass[static_cast<std::size_t>(variant)];
     const double dx = place(x, size);
     const double dy = place(y, size);
@@ -177,13 +121,6 @@ inline Pictures paintFloats() {
   });
 }
 
-inline Pictures paintEllipse(int width, int height, Tone tone) {
-  return sprites(1, width, height, [&](int, int x, int y) {
-    const double dy = place(y, height);
-    return std::hypot(place(x, width), dy) < 1 ? pixelOf(lighter(tone, static_cast<int>(-dy * 20))) : 0U;
-  });
-}
-
 constexpr int tilesX = 64, tilesY = 48, tileCount = tilesX * tilesY;
 constexpr int worldWidth = tilesX * tileSize, worldHeight = tilesY * tileSize;
 /// Pixels of a water cell each way.
@@ -192,12 +129,7 @@ constexpr int waterWidth = worldWidth / cellSize, waterHeight = worldHeight / ce
 
 /// Places and speeds are in 256ths of a pixel, headings in 256ths of a turn.
 constexpr int one = 256;
-using demo::Point;
-
-inline Point nose(int heading) {
-  const double angle = heading * std::numbers::pi / 128;
-  return {static_cast<int>(std::lround(std::cos(angle) * one)), static_cast<int>(std::lround(std::sin(angle) * one))};
-}
+inline Point nose(int heading) { return demo::pointing(heading, one); }
 
 /// Its top left corner in pixels, and the other way round.
 constexpr Point cornerOf(int tile) { return Point{tile % tilesX, tile / tilesX} * tileSize; }

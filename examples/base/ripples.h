@@ -17,9 +17,6 @@ public:
   Ripples(int width, int height)
       : width_(width), height_(height), now_(static_cast<std::size_t>(width * height)), before_(now_) {}
 
-  [[nodiscard]] const std::int16_t* cells() const { return now_.data(); }
-  [[nodiscard]] int pitch() const { return width_ * 2; }
-
   /// Height at a cell, or at the nearest one on the rim.
   [[nodiscard]] int at(Point cell) const {
     return now_[index({std::clamp(cell.x, 0, width_ - 1), std::clamp(cell.y, 0, height_ - 1)})];
@@ -50,7 +47,19 @@ public:
     for (std::size_t i = 0; i < now_.size(); ++i) now_[i] = static_cast<std::int16_t>(now_[i] & wet[i]);
   }
 
+  /// Fills the top left of a bitmap with `count` cells from `first` on, each of size x size pixels, and what is seen
+  /// through them of a bitmap of the same format from `groundAt` on. Shades are those of 5-5-5; `shift` weakens them.
+  void draw(Bitmap* target, Point first, Point count, int size, const Bitmap* ground, Point groundAt, int shift) const {
+    constexpr std::int8_t noTint[3] = {};
+    KX_CHECK(KX_drawWaterBitmap(
+        reinterpret_cast<std::uint16_t*>(target->pixels), 0, 0, target->pitch, cells(), pitch(), size, first.x, first.y,
+        count.x, count.y, reinterpret_cast<const std::uint16_t*>(ground->pixels), groundAt.x, groundAt.y, ground->width,
+        ground->height, ground->pitch, static_cast<std::uint8_t>(ground->format & KX_FORMAT_CODE_MASK), shift, noTint));
+  }
+
 private:
+  [[nodiscard]] const std::int16_t* cells() const { return now_.data(); }
+  [[nodiscard]] int pitch() const { return width_ * 2; }
   [[nodiscard]] std::size_t index(Point cell) const { return static_cast<std::size_t>(cell.y * width_ + cell.x); }
 
   int width_, height_;

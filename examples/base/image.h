@@ -57,6 +57,11 @@ std::vector<std::uint8_t> rgbOf(const Image& image);
 /// Writes a bitmap of any format as PNG.
 void savePicture(const Image& image, const std::string& file);
 
+/// A colour of three channels, 0 to 255 each.
+struct Rgb {
+  unsigned red, green, blue;
+};
+
 /// A colour in the bitmap's own format.
 std::uint32_t colour(const Bitmap* bitmap, unsigned red, unsigned green, unsigned blue);
 

@@ -1,10 +1,11 @@
-// The island of two scenes: a generated height map, kept in a landscape.
+// Generated height maps, kept in landscapes: for islands and lagoons.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <memory>
 
-#include "art.h"
+#include <kxgraphic/mmgr.h>
+
 #include "image.h"
 
 namespace demo {

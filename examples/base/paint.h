@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "image.h"
 #include "point.h"
@@ -60,6 +61,41 @@ Image stacked(int size, int slices, double angle, std::uint32_t format, SliceAt 
     return 0U;
   });
 }
+
+/// Pictures of a thing: one, one for each variant, or one for each direction.
+using Pictures = std::vector<Image>;
+
+/// They are packed: what is transparent costs nothing. `paint(index)` makes them.
+template <typename Paint>
+Pictures packed(int count, std::uint32_t format, Paint paint) {
+  Pictures pictures;
+  for (int i = 0; i < count; ++i) pictures.push_back(converted(paint(i), format | KX_STORAGE_PACKED));
+  return pictures;
+}
+
+/// Variants of a thing: `pixelAt(variant, x, y)` is as that of painted().
+template <typename PixelAt>
+Pictures sprites(int count, int width, int height, std::uint32_t format, PixelAt pixelAt) {
+  return packed(count, format, [&](int variant) {
+    return painted(width, height, format, [&](int x, int y) { return pixelAt(variant, x, y); });
+  });
+}
+
+/// A thing of slices in equally many directions, beginning with the right, clockwise: `sliceAt` is as that of
+/// stacked().
+template <typename SliceAt>
+Pictures turned(int directions, int size, int slices, std::uint32_t format, SliceAt sliceAt) {
+  return packed(directions, format, [&](int direction) {
+    return stacked(size, slices, direction * 2 * std::numbers::pi / directions, format, sliceAt);
+  });
+}
+
+/// An ellipse, a bit lighter at its top: a shadow, a pebble.
+Pictures ellipse(int width, int height, std::uint32_t format, Tone tone);
+
+/// Palms, 40 x 48 pixels: the trunk stands at the bottom middle. Rocks, 24 x 18 pixels.
+Pictures palms(int variants, std::uint32_t format);
+Pictures rocks(int variants, std::uint32_t format);
 
 /// Transparent blits that are cut at the edges of the target, with left and top at a place: plain, blended (`alpha` is
 /// the weight of what is there), or with a depth.

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <SDL.h>
 
+#include <cstdlib>
+#include <string_view>
+
 #include "window.h"
 
 namespace demo {
@@ -74,6 +77,11 @@ private:
 
 std::unique_ptr<Window> openWindow(int width, int height) {
   if (SDL_Init(SDL_INIT_VIDEO) != 0) return nullptr;
+  // Without a display SDL2 may draw where nobody sees it. That is for those who asked for it by name.
+  if (std::getenv("SDL_VIDEODRIVER") == nullptr && std::string_view(SDL_GetCurrentVideoDriver()) == "offscreen") {
+    SDL_Quit();
+    return nullptr;
+  }
   SDL_Window* window = SDL_CreateWindow("kxgraphic", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, width, height, 0);
   if (window == nullptr) return nullptr;
   return std::make_unique<SdlWindow>(window);

@@ -1,0 +1,21 @@
+# Fails unless a program ends with an exit code and says what it should:
+#   cmake -DCODE=2 -DTEXT=<regular expression> -P ExpectExit.cmake -- PROGRAM [ARGUMENT...]
+# SPDX-License-Identifier: MIT
+set(command)
+set(found FALSE)
+math(EXPR last "${CMAKE_ARGC} - 1")
+foreach(i RANGE ${last})
+  if(found)
+    list(APPEND command "${CMAKE_ARGV${i}}")
+  elseif("${CMAKE_ARGV${i}}" STREQUAL "--")
+    set(found TRUE)
+  endif()
+endforeach()
+execute_process(COMMAND ${command} RESULT_VARIABLE code OUTPUT_VARIABLE said ERROR_VARIABLE said TIMEOUT 60)
+message("${said}")
+if(NOT "${code}" STREQUAL "${CODE}")
+  message(FATAL_ERROR "ended with ${code} instead of ${CODE}")
+endif()
+if(NOT "${said}" MATCHES "${TEXT}")
+  message(FATAL_ERROR "did not say: ${TEXT}")
+endif()
