@@ -43,6 +43,7 @@ std::vector<DrawWork> makeWorks() {
     works.push_back({std::string("k.plain_") + size, drawing, rgb16, -1, false});
     works.push_back({std::string("k.lit_") + size, drawing, rgb16});
     works.push_back({std::string("k.alpha_") + size, drawing, rgb16, 128});
+    works.push_back({std::string("g.tri_") + size, drawing, rgb16, -1, false, true});
   }
   return works;
 }
@@ -152,7 +153,7 @@ private:
 
 const Group own([](std::vector<Row>& rows) {
   addWorks<DrawWork>(
-      rows, drawWorks(), "kx", [](const DrawWork&) { return true; },
+      rows, drawWorks(), "kx", [](const DrawWork& work) { return !work.deep; },
       [](const DrawWork& work) -> std::function<void()> {
         return [drawing = std::make_shared<OwnDrawing>(work)] { drawing->run(); };
       });

@@ -29,6 +29,7 @@ struct DrawWork {
   std::uint32_t target;     ///< format code
   std::int32_t alpha = -1;  ///< weight of what is in the target, 0 to 255; below 0: not blended
   bool lit = true;          ///< triangles: a colour for each vertex
+  bool deep = false;        ///< triangles: against a depth buffer that each round clears; peers only
 
   [[nodiscard]] std::int64_t pixels() const;
   [[nodiscard]] Picture makeTarget() const;
@@ -46,5 +47,8 @@ const std::vector<DrawWork>& drawWorks();
 constexpr std::uint32_t drawColour = 0x5A;
 
 constexpr std::int32_t textureSide = 256;
+
+/// Depth of a triangle, 0 (near) to 1, where depths are tested: in no order.
+constexpr float triangleDepth(std::size_t index) { return float(index * 37 % 101) / 101; }
 
 }  // namespace kxbench

@@ -15,11 +15,19 @@ public:
     target_ = makeAllegroBitmap(work.makeTarget());
     if (!work.isTriangles()) return;
     texture_ = makeAllegroBitmap(makePicture(work.target, 3, textureSide, textureSide));
-    for (const Triangle& triangle : work.triangles())
-      for (const Corner& corner : triangle.corners)
-        vertices_.push_back({float(corner.x), float(corner.y), 1, float(corner.u), float(corner.v),
+    const std::vector<Triangle> triangles = work.triangles();
+    for (std::size_t i = 0; i < triangles.size(); ++i)
+      for (const Corner& corner : triangles[i].corners)
+        vertices_.push_back({float(corner.x), float(corner.y), 1 + triangleDepth(i), float(corner.u), float(corner.v),
                              static_cast<int>(corner.shade & 255)});
+    if (work.deep) depths_ = create_zbuffer(target_.get());
   }
+
+  ~AllegroDrawing() {
+    if (depths_ != nullptr) destroy_zbuffer(depths_);
+  }
+  AllegroDrawing(const AllegroDrawing&) = delete;
+  AllegroDrawing& operator=(const AllegroDrawing&) = delete;
 
   void run() {
     BITMAP* t = target_.get();
@@ -44,7 +52,12 @@ public:
         floodfill(t, mazeStart.x, mazeStart.y, flip_ ? mazeFill : mazeOpen);
         break;
       default: {
-        const int type = blends ? POLYTYPE_ATEX_TRANS : work_.lit ? POLYTYPE_ATEX_LIT : POLYTYPE_ATEX;
+        int type = blends ? POLYTYPE_ATEX_TRANS : work_.lit ? POLYTYPE_ATEX_LIT : POLYTYPE_ATEX;
+        if (work_.deep) {
+          set_zbuffer(depths_);
+          clear_zbuffer(depths_, 0);
+          type |= POLYTYPE_ZBUF;
+        }
         for (std::size_t i = 0; i < vertices_.size(); i += 3)
           triangle3d_f(t, type, texture_.get(), &vertices_[i], &vertices_[i + 1], &vertices_[i + 2]);
       }
@@ -55,6 +68,7 @@ public:
 private:
   const DrawWork& work_;
   AllegroBitmap target_, texture_;
+  ZBUFFER* depths_ = nullptr;
   std::vector<Line> lines_;
   std::vector<Point> points_;
   std::vector<Rectangle> rectangles_;

@@ -23,6 +23,8 @@ bench|/usr/include/zlib.h|zlib1g-dev
 bench|/usr/include/libdeflate.h|libdeflate-dev
 bench|/usr/include/gif_lib.h|libgif-dev
 bench|tiffio.h|libtiff-dev
+bench|archive.h|libarchive-dev
+bench|/usr/include/libyuv/planar_functions.h|libyuv-dev
 bench|/usr/include/pixman-1/pixman.h|libpixman-1-dev
 bench|/usr/include/allegro.h|liballegro4-dev
 bench|pkg-config|pkg-config
