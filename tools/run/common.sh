@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 jobs=$(nproc)
 logs=$root/build/logs
-cache=${XDG_CACHE_HOME:-${HOME:-/root}/.cache}/kxgraphic
+# Without HOME the password file tells the folder.
+cache=${XDG_CACHE_HOME:-${HOME:-~}/.cache}/kxgraphic
 
 say() { printf '%s\n' "-- $*"; }
 

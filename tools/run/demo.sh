@@ -18,7 +18,7 @@ started() {
 # Wine draws on the display that this shell has. Its root sees the project's folder, not the home with the key.
 lend_display() {
   export KX_WINE_DISPLAY=$DISPLAY KX_WINE_XAUTHORITY=
-  local key=${XAUTHORITY:-${HOME:-/root}/.Xauthority}
+  local key=${XAUTHORITY:-${HOME:-~}/.Xauthority}
   [ -r "$key" ] || return 0
   mkdir -p build/wine && install -m 600 "$key" build/wine/xauthority && KX_WINE_XAUTHORITY=$root/build/wine/xauthority
 }
