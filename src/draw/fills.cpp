@@ -1,4 +1,4 @@
-// Filled rectangles: solid ones at once, blended and depth-tested ones as rows of one colour through the row kernels.
+// Filled rectangles: solid and blended ones at once, depth-tested ones as rows of one colour through the row kernels.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstddef>
@@ -110,6 +110,14 @@ private:
 
 void fillBlended(const Bitmap& target, const Rectangle& area, std::uint32_t colour, const Blend& blend) {
   if (formatInfo(target.format).bytesFixed == 0) return;
+  if (!blend.hasDepth)
+    return rowKernels().blendColour[static_cast<std::size_t>(rowFormat(target.format))](
+        {.dst = pixelAddress(target, area.x, area.y),
+         .pitch = target.pitch,
+         .rows = static_cast<std::size_t>(area.h),
+         .count = static_cast<std::size_t>(area.w),
+         .colour = colour,
+         .alpha = static_cast<std::uint32_t>(blend.alpha)});
   // Where the depths lie in the target itself each pixel is finished before the next is tested.
   const bool onePerRun = blend.hasDepth && sharesMemory(target, *blend.zBuffer);
   const std::int32_t longest = onePerRun ? 1 : std::min(area.w, longestChunk);

@@ -42,6 +42,15 @@ struct RowSpan {
   std::uint32_t alpha;       ///< Combine::Alpha: weight of the destination, 0 to 255
 };
 
+/// One colour over every pixel of an area, by the rule of Combine::Alpha.
+struct ColourArea {
+  std::uint8_t* dst;
+  std::ptrdiff_t pitch;     ///< bytes from row to row
+  std::size_t rows, count;  ///< rows, and pixels of each
+  std::uint32_t colour;     ///< a pixel value
+  std::uint32_t alpha;      ///< weight of the destination, 0 to 255
+};
+
 /// A row of the Z buffer and the depths of the pixels. The mask is written, or narrowed where `refine` is set; pixels
 /// that pass store their depth.
 struct DepthSpan {
@@ -81,6 +90,9 @@ struct RowKernels {
   using CombineRow = void (*)(const RowSpan&);
   /// Null for Alphamap with Keyed, which no variant joins.
   CombineRow combine[combineCount][rowTestCount][rowFormatCount];
+
+  /// Null for Mono.
+  void (*blendColour[rowFormatCount])(const ColourArea& area);
 
   /// Mask of the pixels whose value is not 0, by bytes per pixel.
   void (*keyMask[3])(std::uint8_t* mask, const std::uint8_t* src, std::size_t count);

@@ -1,8 +1,10 @@
 // The row kernels in plain C++: the meaning that the vector kernels keep to.
 // SPDX-License-Identifier: MIT
 #include <cstring>
+#include <type_traits>
 
 #include "pixel/blend_rules.h"
+#include "pixel/colour_blend.h"
 #include "pixel/rows.h"
 
 namespace kx {
@@ -63,6 +65,19 @@ void moveRow(const RowSpan& span) {
 }
 
 template <typename Format>
+void blendColourArea(const ColourArea& given) {
+  const ColourArea area = given;
+  const ColourBlend<Format> blend(area.colour, area.alpha);
+  for (std::size_t y = 0; y < area.rows; ++y) {
+    std::uint8_t* const row = area.dst + static_cast<std::ptrdiff_t>(y) * area.pitch;
+    for (std::size_t i = 0; i < area.count; ++i) {
+      std::uint8_t* const pixel = row + i * Format::bytes;
+      storePixel<Format::bytes>(pixel, blend(loadPixel<Format::bytes>(pixel)));
+    }
+  }
+}
+
+template <typename Format>
 void fillFormat(RowKernels& kernels, RowFormat format) {
   kernels.of(Combine::Copy, RowTest::All, format) = moveRow<Format>;
   kernels.of(Combine::Copy, RowTest::Keyed, format) = copyRow<TestKeyed, Format>;
@@ -72,6 +87,8 @@ void fillFormat(RowKernels& kernels, RowFormat format) {
   kernels.of(Combine::Alpha, RowTest::Masked, format) = blendRow<RuleAlpha, TestMasked, Format>;
   kernels.of(Combine::Alphamap, RowTest::All, format) = blendRow<RuleAlphamap, TestAll, Format>;
   kernels.of(Combine::Alphamap, RowTest::Masked, format) = blendRow<RuleAlphamap, TestMasked, Format>;
+  if constexpr (!std::is_same_v<Format, Mono>)
+    kernels.blendColour[static_cast<std::size_t>(format)] = blendColourArea<Format>;
 }
 
 template <std::size_t Bytes>

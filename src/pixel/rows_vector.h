@@ -137,6 +137,26 @@ struct ByteWeights {
   }
 };
 
+/// A register of source pixels over one of the destination's at constant weight.
+template <typename V, RowFormat Format>
+struct ConstantBlend {
+  static constexpr bool wide = Format == RowFormat::Rgb555 || Format == RowFormat::Rgb565;
+  std::conditional_t<wide, AlphaWeights<V>, ByteWeights<V>> weights;
+
+  explicit ConstantBlend(std::uint32_t alpha) : weights(alpha) {}
+
+  [[gnu::always_inline]] typename V::Reg operator()(typename V::Reg s, typename V::Reg d) const {
+    using Fields = std::conditional_t<Format == RowFormat::Rgb555, AlphaFields555, AlphaFields565>;
+    if constexpr (wide)
+      return weights.template blend<Fields>(s, d);
+    else
+      return weights.blend(s, d);
+  }
+  [[gnu::always_inline]] Triple<V> operator()(const Triple<V>& s, const Triple<V>& d) const {
+    return {{weights.blend(s.r[0], d.r[0]), weights.blend(s.r[1], d.r[1]), weights.blend(s.r[2], d.r[2])}};
+  }
+};
+
 /// s (256 - a) + d a is 256 s + a (d - s), in 16 bits.
 template <typename V>
 [[gnu::always_inline]] inline typename V::Reg blendMappedBytes(typename V::Reg s, typename V::Reg d,
@@ -265,12 +285,11 @@ void vectorRow(const RowSpan& span) {
   if (row.count < shortest) return shortRows.of(Rule, Test, Format)(span);
 
   if constexpr (wide) {
-    using AlphaFields = std::conditional_t<Format == RowFormat::Rgb555, AlphaFields555, AlphaFields565>;
     using MapFields = std::conditional_t<Format == RowFormat::Rgb555, MapFields555, MapFields565>;
     if constexpr (Rule == Combine::Copy) mixRow<V, 2, Test>(row, sourceOnly);
     if constexpr (Rule == Combine::Alpha) {
-      const AlphaWeights<V> weights(row.alpha);
-      mixRow<V, 2, Test>(row, [&](auto s, auto d, std::size_t) { return weights.template blend<AlphaFields>(s, d); });
+      const ConstantBlend<V, Format> blend(row.alpha);
+      mixRow<V, 2, Test>(row, [&](auto s, auto d, std::size_t) { return blend(s, d); });
     }
     if constexpr (Rule == Combine::Alphamap)
       mixRow<V, 2, Test>(row,
@@ -278,8 +297,8 @@ void vectorRow(const RowSpan& span) {
   } else if constexpr (!triple) {
     if constexpr (Rule == Combine::Copy) mixRow<V, 1, Test>(row, sourceOnly);
     if constexpr (Rule == Combine::Alpha) {
-      const ByteWeights<V> weights(row.alpha);
-      mixRow<V, 1, Test>(row, [&](auto s, auto d, std::size_t) { return weights.blend(s, d); });
+      const ConstantBlend<V, Format> blend(row.alpha);
+      mixRow<V, 1, Test>(row, [&](auto s, auto d, std::size_t) { return blend(s, d); });
     }
     if constexpr (Rule == Combine::Alphamap)
       mixRow<V, 1, Test>(
@@ -287,13 +306,9 @@ void vectorRow(const RowSpan& span) {
   } else {
     if constexpr (Rule == Combine::Copy) mixRow24<V, Test>(row, sourceOnly, sourceOnly);
     if constexpr (Rule == Combine::Alpha) {
-      const ByteWeights<V> weights(row.alpha);
+      const ConstantBlend<V, Format> blend(row.alpha);
       mixRow24<V, Test>(
-          row,
-          [&](const auto& s, const auto& d, std::size_t) {
-            return Triple<V>{
-                {weights.blend(s.r[0], d.r[0]), weights.blend(s.r[1], d.r[1]), weights.blend(s.r[2], d.r[2])}};
-          },
+          row, [&](const auto& s, const auto& d, std::size_t) { return blend(s, d); },
           [&](std::uint32_t s, std::uint32_t d) { return blendAlpha<Bgr24>(s, d, row.alpha); });
     }
     if constexpr (Rule == Combine::Alphamap)
@@ -306,6 +321,29 @@ void vectorRow(const RowSpan& span) {
                               blendMappedBytes<V>(s.r[2], d.r[2], map.r[2])}};
           },
           sourceOnly);
+  }
+}
+
+template <typename V, RowFormat Format>
+void vectorColour(const ColourArea& given) {
+  const ColourArea area = given;
+  constexpr std::size_t bytes = Format == RowFormat::Bgr24 ? 3 : Format == RowFormat::Grey8 ? 1 : 2;
+  constexpr std::size_t step = bytes == 3 ? V::bytes : V::bytes / bytes;
+  if (area.count < step) return shortRows.blendColour[static_cast<std::size_t>(Format)](given);
+
+  std::uint8_t pixels[step * bytes];
+  for (std::size_t i = 0; i < step; ++i) storePixel<bytes>(pixels + i * bytes, area.colour);
+  const ConstantBlend<V, Format> blend(area.alpha);
+  for (std::size_t y = 0; y < area.rows; ++y) {
+    std::uint8_t* const row = area.dst + static_cast<std::ptrdiff_t>(y) * area.pitch;
+    if constexpr (bytes == 3)
+      overRow<step>(
+          area.count, [&, s = loadTriple<V>(pixels)](std::size_t i) { return blend(s, loadTriple<V>(row + i * 3)); },
+          [=](std::size_t i, const auto& value) { storeTriple<V>(row + i * 3, value); });
+    else
+      overRow<step>(
+          area.count, [&, s = V::load(pixels)](std::size_t i) { return blend(s, V::load(row + i * bytes)); },
+          [=](std::size_t i, auto value) { V::store(row + i * bytes, value); });
   }
 }
 
@@ -375,6 +413,7 @@ void vectorDepth(const DepthSpan& span) {
 
 template <typename V, RowFormat Format>
 void improveFormat(RowKernels& kernels) {
+  kernels.blendColour[static_cast<std::size_t>(Format)] = vectorColour<V, Format>;
   kernels.of(Combine::Copy, RowTest::Keyed, Format) = vectorRow<V, Format, Combine::Copy, RowTest::Keyed>;
   kernels.of(Combine::Copy, RowTest::Masked, Format) = vectorRow<V, Format, Combine::Copy, RowTest::Masked>;
   kernels.of(Combine::Alpha, RowTest::All, Format) = vectorRow<V, Format, Combine::Alpha, RowTest::All>;

@@ -93,6 +93,29 @@ TEST_P(RowKernelLevels, CombineLikeThePortableOnes) {
   }
 }
 
+TEST_P(RowKernelLevels, BlendOneColourLikeRowsOfIt) {
+  std::mt19937 random(5);
+  for (unsigned run = 0; run < 3000; ++run) {
+    const auto format = static_cast<RowFormat>(1 + random() % (kx::rowFormatCount - 1));
+    const std::size_t bytes = pixelBytes[static_cast<std::size_t>(format)];
+    const std::size_t count = random() % longestRow, rows = 1 + random() % 3;
+    const std::size_t pitch = count * bytes + random() % 9;
+    Row source(random, longestRow * bytes), first(random, rows * pitch);
+    for (std::size_t i = bytes; i < longestRow * bytes; ++i) source.data()[i] = source.data()[i - bytes];
+    auto colour = static_cast<std::uint32_t>(random() << 24);  // beyond the pixel: of no consequence
+    std::memcpy(&colour, source.data(), bytes);
+    Row second = first;
+    const std::uint32_t alpha = run % 3 == 0 ? 255 * (random() % 2) : random() % 256;
+    for (std::size_t y = 0; y < rows; ++y)
+      portable.of(Combine::Alpha, RowTest::All,
+                  format)({first.data() + y * pitch, source.data(), count, nullptr, nullptr, alpha});
+    level.blendColour[static_cast<std::size_t>(format)](
+        {second.data(), static_cast<std::ptrdiff_t>(pitch), rows, count, colour, alpha});
+    ASSERT_EQ(first.all(), second.all()) << "run " << run << " format " << static_cast<int>(format) << " count "
+                                         << count << " alpha " << alpha;
+  }
+}
+
 TEST_P(RowKernelLevels, TestLikeThePortableOnes) {
   std::mt19937 random(2);
   for (unsigned run = 0; run < 6000; ++run) {
