@@ -12,6 +12,7 @@ tests|/usr/src/googletest/CMakeLists.txt|googletest
 clang|clang++|clang
 win32|i686-w64-mingw32-g++|g++-mingw-w64-i686
 win32|Xvfb|xvfb
+win32|xauth|xauth
 wine-root|debootstrap|debootstrap
 docs|doxygen|doxygen
 docs|python3|python3
