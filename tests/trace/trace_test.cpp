@@ -118,6 +118,14 @@ TEST(Trace, WritesChosenFunctions) {
   EXPECT_EQ(0u, KX_deleteBitmap(bitmap));
 }
 
+TEST(Trace, TellsNamesThatMeanNoFunction) {
+  Session session({{"KXTRACE_ONLY", "failure,KX_delete*"}});
+  draw(session.methods);
+  EXPECT_EQ((Lines{"KXTRACE_ONLY: no function is called failure",
+                   "KX_deleteBitmap(bitmap @ [64x20 format 6 packed]) = 0", noBitmap}),
+            session.lines());
+}
+
 TEST(Trace, WritesCallsAsTheyBegin) {
   Session session({{"KXTRACE_ENTER", "1"}, {"KXTRACE_ONLY", "KX_deleteBitmap"}});
   draw(session.methods);

@@ -11,8 +11,9 @@ namespace kxtools {
 enum class Answer { Code, Value, Flag };
 
 constexpr std::string_view functionsWithValues[] = {
-    // Settled: it answers 0 without having failed.
+    // Settled: they answer 0 without having failed, the latter when no driver is named.
     "KX_isVerticalBlank",
+    "KX_getScreenInterface",
 #define KX_VALUE(name) #name,
 #include "kxgraphic/exports/values.inc"
 #undef KX_VALUE

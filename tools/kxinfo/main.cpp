@@ -38,13 +38,16 @@ const char* levelName(kx::CpuLevel level) {
   }
 }
 
-void tellModule(const char* library) {
+void tellModule(const char* topic, const char* library) {
   const kxinfo::Module module = kxinfo::findModule(library);
-  std::printf("%-12s %s, %s\n", library, module.version.empty() ? "no version" : module.version.c_str(),
-              module.file.c_str());
+  if (module.file.empty())
+    std::printf("%-12s %s is not loaded\n", topic, library);
+  else
+    std::printf("%-12s %s%s%s\n", topic, module.version.c_str(), module.version.empty() ? "" : ", ",
+                module.file.c_str());
 }
 
-void tellModes() {
+void tellDisplay() {
   ScreenMethods methods;
   Screen* screen = nullptr;
   VideoMode* modes = nullptr;
@@ -55,6 +58,7 @@ void tellModes() {
     code = KX_getVideoModeList(screen, &modes, &count);
     KX_deleteScreen(screen);
   }
+  tellModule("display", kxinfo::displayLibrary);
   if (code != 0) {
     std::printf("modes        code 0x%X\n", static_cast<unsigned>(code));
     return;
@@ -89,11 +93,11 @@ int main(int count, char** arguments) {
     return 2;
   }
   std::printf("kxinfo       %s, %d-bit\n", KXGRAPHIC_VERSION, static_cast<int>(8 * sizeof(void*)));
-  tellModule("kxgraphic");
-  tellModule("mmgr");
+  tellModule("kxgraphic", "kxgraphic");
+  tellModule("mmgr", "mmgr");
   std::printf("system       %s\n", kxinfo::systemName().c_str());
   std::printf("processor    %s, used up to %s\n", processorName().c_str(), levelName(kx::detectedCpuLevel()));
-  if (count == 1) tellModes();
+  if (count == 1) tellDisplay();
   const bool same = tellSelfTest();
   std::puts(same ? "All is drawn as it should be." : "Please report these lines.");
   return same ? 0 : 1;

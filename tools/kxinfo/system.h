@@ -11,8 +11,11 @@ struct Module {
   std::string version;  ///< as the file tells it; empty where it does not
 };
 
-/// "kxgraphic" or "mmgr".
+/// "kxgraphic" is what is called kxgraphic.dll or libkxgraphic.so.
 Module findModule(const std::string& library);
+
+/// What the library draws on the display with, when a screen was made.
+extern const char* const displayLibrary;
 
 /// Name and version of the operating system.
 std::string systemName();

@@ -9,6 +9,8 @@
 
 namespace kxinfo {
 
+const char* const displayLibrary = "SDL2-2.0";
+
 Module findModule(const std::string& library) {
   struct Search {
     std::string name;

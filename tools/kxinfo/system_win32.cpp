@@ -16,6 +16,8 @@ std::string numbers(DWORD high, DWORD low) {
 
 }  // namespace
 
+const char* const displayLibrary = "gdi32";
+
 Module findModule(const std::string& library) {
   Module result;
   char path[1024];

@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "log.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "describe.h"
@@ -33,9 +35,38 @@ void forEachWord(const char* text, Take&& take) {
   }
 }
 
+/// A function's name, or the beginning of names with "*" behind it.
+bool means(std::string_view word, std::string_view name) {
+  return word == name || (word.ends_with('*') && name.starts_with(word.substr(0, word.size() - 1)));
+}
+
+bool meansAny(std::string_view word) {
+  constexpr std::string_view names[] = {
+#define KX_METHOD(slot, result, parameters) "KX_" #slot,
+#define KX_PLACEHOLDER KX_METHOD
+#define KX_UNDESIGNED KX_METHOD
+#define KX_FUNCTION(name, result, parameters) #name,
+#include "kxgraphic/exports/all.inc"
+#undef KX_METHOD
+#undef KX_PLACEHOLDER
+#undef KX_UNDESIGNED
+#undef KX_FUNCTION
+  };
+  return std::any_of(std::begin(names), std::end(names), [word](std::string_view name) { return means(word, name); });
+}
+
 std::FILE* openLog() {
-  const std::string_view name = setting("KXTRACE_FILE");
-  return name == "-" ? stderr : std::fopen(name.empty() ? "kxtrace.log" : name.data(), "wb");
+  const char* name = setting("KXTRACE_FILE");
+  if (std::strcmp(name, "-") == 0) return stderr;
+  if (*name == 0) name = "kxtrace.log";
+  Line path;
+  if (const char* number = std::strstr(name, "%p"); number != nullptr)
+    path.add("%.*s%u%s", static_cast<int>(number - name), name, processNumber(), number + 2);
+  else
+    path.add("%s", name);
+  std::FILE* file = std::fopen(path.text(), "wb");
+  if (file == nullptr) static_cast<void>(std::fprintf(stderr, "kxtrace: cannot write %s\n", path.text()));
+  return file;
 }
 
 /// The log of this process, opened with the first call.
@@ -50,9 +81,13 @@ public:
       else
         hasNames_ = true;
     });
+    print("kxtrace " KXTRACE_VERSION ", calls go to %s\n", originalFile());
+    forEachWord(setting("KXTRACE_ONLY"), [this](std::string_view word) {
+      if (word != "failures" && word != "program" && !meansAny(word))
+        print("KXTRACE_ONLY: no function is called %.*s\n", static_cast<int>(word.size()), word.data());
+    });
     const std::string_view enter = setting("KXTRACE_ENTER");
     writesBegin_ = !enter.empty() && enter != "0";
-    print("kxtrace " KXTRACE_VERSION ", calls go to %s\n", originalFile());
   }
 
   /// The end of the program: how often each function was called.
@@ -76,9 +111,7 @@ public:
 
   [[nodiscard]] bool choosesName(std::string_view name) const {
     bool chosen = !hasNames_;
-    forEachWord(setting("KXTRACE_ONLY"), [&](std::string_view word) {
-      chosen = chosen || word == name || (word.ends_with('*') && name.starts_with(word.substr(0, word.size() - 1)));
-    });
+    forEachWord(setting("KXTRACE_ONLY"), [&](std::string_view word) { chosen = chosen || means(word, name); });
     return chosen;
   }
 

@@ -1,9 +1,9 @@
 // Where lines go, which calls are written, and what is told at the end.
 //
-//   KXTRACE_FILE     the log; "-" is the error output, without it kxtrace.log in the current folder
+//   KXTRACE_FILE     the log; "%p" in its name is the number of the process, "-" alone the error output; without it
+//                    kxtrace.log in the current folder
 //   KXTRACE_ONLY     which calls are written, separated by commas: "failures", "program" (without those that the
-//   library
-//                    makes itself) and names, which may end in "*"
+//                    library makes itself) and names, which may end in "*"
 //   KXTRACE_ENTER    1: a line when a call begins too, so that the last one names the call that never returned
 //   KXTRACE_LIBRARY  the library to pass calls on to
 // SPDX-License-Identifier: MIT

@@ -10,8 +10,10 @@ namespace kxtrace {
 /// exported text on Windows.
 void* findOriginal(const char* name, unsigned argumentBytes);
 
-/// The file of that library, for the log; "nothing" when none was found.
+/// The file of that library, for the log; "nothing" and why when none was found.
 const char* originalFile();
+
+unsigned processNumber();
 
 /// Copies memory that may not be there; false when it is not.
 bool peek(void* to, const void* from, std::size_t size);

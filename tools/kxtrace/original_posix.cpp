@@ -15,10 +15,12 @@ namespace kxtrace {
 
 namespace {
 
+char problem[500] = "nothing";
+
 void* loadLibrary() {
   const char* wanted = std::getenv("KXTRACE_LIBRARY");
   void* library = dlopen(wanted != nullptr ? wanted : KXTRACE_LIBRARY_NAME, RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) static_cast<void>(std::fprintf(stderr, "kxtrace: %s\n", dlerror()));
+  if (library == nullptr) static_cast<void>(std::snprintf(problem, sizeof problem, "nothing: %s", dlerror()));
   return library;
 }
 
@@ -33,8 +35,10 @@ void* findOriginal(const char* name, unsigned) { return library() == nullptr ? n
 
 const char* originalFile() {
   const link_map* map = nullptr;
-  return library() != nullptr && dlinfo(library(), RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : "nothing";
+  return library() != nullptr && dlinfo(library(), RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : problem;
 }
+
+unsigned processNumber() { return static_cast<unsigned>(getpid()); }
 
 bool peek(void* to, const void* from, std::size_t size) {
   const iovec here{to, size}, there{const_cast<void*>(from), size};

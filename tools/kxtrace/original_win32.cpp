@@ -13,11 +13,20 @@ namespace kxtrace {
 namespace {
 
 constexpr DWORD longestPath = 1024;
+char problem[longestPath + 64] = "nothing";
+
+HMODULE load(const char* file) {
+  const HMODULE loaded = LoadLibraryA(file);
+  if (loaded == nullptr)
+    std::snprintf(problem, sizeof problem, "nothing: %s is not there or cannot be loaded (error %lu)", file,
+                  GetLastError());
+  return loaded;
+}
 
 HMODULE loadLibrary() {
   char path[longestPath + 32];
   const DWORD wanted = GetEnvironmentVariableA("KXTRACE_LIBRARY", path, longestPath);
-  if (wanted > 0 && wanted < longestPath) return LoadLibraryA(path);
+  if (wanted > 0 && wanted < longestPath) return load(path);
 
   HMODULE self = nullptr;
   GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
@@ -31,7 +40,7 @@ HMODULE loadLibrary() {
   if (!standsIn)
     if (const HMODULE loaded = GetModuleHandleA("kxgraphic.dll")) return loaded;
   const HMODULE beside = LoadLibraryA(path);
-  return beside != nullptr ? beside : LoadLibraryA(file);
+  return beside != nullptr ? beside : load(file);
 }
 
 HMODULE library() {
@@ -50,8 +59,10 @@ void* findOriginal(const char* name, unsigned argumentBytes) {
 
 const char* originalFile() {
   static char path[longestPath];
-  return library() != nullptr && GetModuleFileNameA(library(), path, longestPath) != 0 ? path : "nothing";
+  return library() != nullptr && GetModuleFileNameA(library(), path, longestPath) != 0 ? path : problem;
 }
+
+unsigned processNumber() { return GetCurrentProcessId(); }
 
 bool peek(void* to, const void* from, std::size_t size) {
   SIZE_T read = 0;
