@@ -25,6 +25,6 @@ if(WIN32)
   # the x87 unit's precision, which games change.
   add_compile_options(-march=pentium4 -mtune=generic -msse2 -mfpmath=sse -mstackrealign)
   add_compile_definitions(_WIN32_WINNT=0x0501 WINVER=0x0501)
-  # No library beside the program but the memory manager.
-  add_link_options(-static -static-libgcc -static-libstdc++)
+  # No library beside the program but the memory manager; the same bytes from the same sources.
+  add_link_options(-static -static-libgcc -static-libstdc++ -Wl,--no-insert-timestamp)
 endif()
