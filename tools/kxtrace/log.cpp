@@ -2,13 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "log.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
 #include <string_view>
 
 #include "describe.h"
@@ -41,18 +39,18 @@ bool means(std::string_view word, std::string_view name) {
 }
 
 bool meansAny(std::string_view word) {
-  constexpr std::string_view names[] = {
-#define KX_METHOD(slot, result, parameters) "KX_" #slot,
+#define KX_METHOD(slot, result, parameters) \
+  if (means(word, "KX_" #slot)) return true;
 #define KX_PLACEHOLDER KX_METHOD
 #define KX_UNDESIGNED KX_METHOD
-#define KX_FUNCTION(name, result, parameters) #name,
+#define KX_FUNCTION(name, result, parameters) \
+  if (means(word, #name)) return true;
 #include "kxgraphic/exports/all.inc"
 #undef KX_METHOD
 #undef KX_PLACEHOLDER
 #undef KX_UNDESIGNED
 #undef KX_FUNCTION
-  };
-  return std::any_of(std::begin(names), std::end(names), [word](std::string_view name) { return means(word, name); });
+  return false;
 }
 
 std::FILE* openLog() {
