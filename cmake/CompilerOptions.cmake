@@ -15,7 +15,7 @@ if(KX_SANITIZE)
 endif()
 
 if(KX_COVERAGE)
-  add_compile_options(-O1 -g1 -Wno-maybe-uninitialized)
+  add_compile_options(-O0 -g1)
   add_compile_definitions(NDEBUG)
   add_link_options(--coverage)
 endif()

@@ -79,15 +79,10 @@ void collectColours(std::uint8_t* palette, Bitmap* bitmap) {
   builder.finish();
 }
 
-Result calculatePalette(std::uint8_t* palette, Bitmap* bitmap);
-
 Result collectPackedColours(std::uint8_t* palette, Bitmap* bitmap) {
   Bitmap* plain = nullptr;
   KX_TRY(unpack(&plain, bitmap));
-  if (const Result calculated = calculatePalette(palette, plain); calculated != Result::Ok) {
-    discardUnpacked(plain);
-    return calculated;
-  }
+  collectColours(palette, plain);
   KX_TRY(unlock(plain));
   return deleteThroughTable(plain);
 }

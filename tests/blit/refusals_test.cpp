@@ -148,6 +148,25 @@ TEST(BlitRefusals, OfTwoFaultsTheEarlierIsReported) {
       }
 }
 
+TEST(BlitRefusals, OfAPackedZBufferTheStreamMustHoldTheRectangle) {
+  for (const unsigned before : {5u, 6u}) {
+    Scene scene;
+    scene.call.stretch = true;
+    scene.call.depth = Depth::ZBuffer;
+    // All rows are one run of two bytes. A pitch of 0 puts the rows of the rectangle, of eight bytes, into one place.
+    std::uint8_t stream[8] = {};
+    stream[before] = static_cast<std::uint8_t>(1 - 20);
+    std::vector<std::uint32_t> rows(10, before);
+    Bitmap packed = *scene.zbuffer.record();
+    packed.format |= KX_STORAGE_PACKED;
+    packed.pitch = 0;
+    packed.pixels = stream;
+    packed.rowTable = rows.data();
+    scene.call.zbuffer = &packed;
+    EXPECT_EQ(before == 6 ? 0u : 0x2005u, kxtest::callBlit(scene.call));
+  }
+}
+
 TEST(BlitRefusals, PalettesAndRowTables) {
   const auto code = [](std::uint32_t from, std::uint32_t to, bool stretch, bool packed, auto spoil) {
     Scene scene(to, from, false, packed);

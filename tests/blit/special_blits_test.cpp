@@ -21,7 +21,7 @@ TEST(SpecialBlits, WideStretchesGoRowByRowOverAnOddZBuffer) {
   odd.format = 0;
   odd.pitch = 300;
   odd.height = 37;
-  for (std::uint8_t& byte : depths.memory()) byte = static_cast<std::uint8_t>(random());
+  std::generate_n(odd.pixels, depths.blockBytes(), [&] { return static_cast<std::uint8_t>(random()); });
   std::vector<std::uint8_t> z(odd.pixels, odd.pixels + 300 * 37);
   TestImage zmap(random, 3, 700, 4, false);
   std::vector<std::uint8_t> expected = target.memory();

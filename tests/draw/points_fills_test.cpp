@@ -102,9 +102,11 @@ TEST(Fills, DepthsInTheTargetItself) {
   Random random(0x5A);
   model.fillWithNoise(random, 3);
   const Image image(model);
-  Bitmap depths = *image;
+  Bitmap lower = *image;  // the rows below the first, so that there is memory before them
+  lower.pixels += lower.pitch;
+  lower.height = 3;
+  Bitmap depths = lower;
   depths.pixels -= 1;
-  depths.height = 3;
   const std::uint8_t* const bytes = image->pixels;
   std::vector<std::uint8_t> expected(bytes, bytes + 64 * 4);
   for (std::size_t i = 64 + 5; i < 64 + 45; ++i) {
@@ -112,7 +114,7 @@ TEST(Fills, DepthsInTheTargetItself) {
     expected[i - 1] = 100;
     expected[i] = 200;
   }
-  EXPECT_EQ(0u, KX_fillRectZBuffer(image, &depths, 5, 1, 40, 1, 200, 100));
+  EXPECT_EQ(0u, KX_fillRectZBuffer(&lower, &depths, 5, 0, 40, 1, 200, 100));
   EXPECT_EQ(expected, std::vector<std::uint8_t>(bytes, bytes + 64 * 4));
 }
 

@@ -24,6 +24,9 @@ using kxtest::WorldStyle;
 /// Larger blocks count as more than the machine has, so that a size that just fits does not take long.
 constexpr std::size_t largestBlock = 1 << 20;
 
+/// Of numbers together. Fewer where the programs of 32 bits run under Wine, where each costs several times as much.
+constexpr int rounds = sizeof(void*) == 4 ? 12 : 40;
+
 constexpr WorldStyle styles[] = {
     {KX_FORMAT_565, KX_FORMAT_PALETTE},
     {KX_FORMAT_888 | KX_STORAGE_PACKED, KX_FORMAT_888},
@@ -102,7 +105,7 @@ TEST_F(HostileArguments, NumbersOneByOne) {
           if (!world) world.emplace(style);
           std::vector<Argument> arguments = world->usualArguments(function);
           arguments[i] = kxtest::extreme(function.parameters[i].kind, n);
-          // What is refused changes nothing.
+          // Only what went well may have replaced or deleted what the next call needs.
           if (call(*world, function, arguments) == 0) world.reset();
         }
   }
@@ -112,7 +115,7 @@ TEST_F(HostileArguments, NumbersTogether) {
   kxtest::Random random(1);
   for (const WorldStyle& style : styles)
     for (const Export& function : kxtest::allExports())
-      for (int round = 0; round < 12 && function.parameters.size() > 1 && !function.placeholder; ++round) {
+      for (int round = 0; round < rounds && function.parameters.size() > 1 && !function.placeholder; ++round) {
         SCOPED_TRACE(testing::Message() << function.name << " round " << round);
         World world(style);
         std::vector<Argument> arguments = world.usualArguments(function);

@@ -42,6 +42,21 @@ TEST(Exports, EveryFunctionLinksAndIsFoundByItsText) {
   EXPECT_EQ(nullptr, kxtest::driverSymbol("mmgr_alloc", 4));
 }
 
+/// A slot that no function stands behind yet, called as it will be one day.
+template <typename... Arguments>
+std::uint32_t callUndesigned(KxUndesignedMethod slot, std::uint32_t(KX_CALL*)(Arguments...)) {
+  return reinterpret_cast<std::uint32_t(KX_CALL*)(Arguments...)>(slot)(Arguments{}...);
+}
+
+TEST(Exports, UndesignedSlotsAnswerThatTheyAreNotSupported) {
+  BitmapMethods table;
+  ASSERT_EQ(1u, KX_getBitmapInterface(&table, nullptr, nullptr, 0));
+#define KX_UNDESIGNED(slot, result, parameters) \
+  EXPECT_EQ(6u, callUndesigned(table.slot, static_cast<result(KX_CALL*) parameters>(nullptr))) << #slot;
+#include "kxgraphic/exports/undesigned_methods.inc"
+#undef KX_UNDESIGNED
+}
+
 TEST(Exports, AlphaTablesAreFilledAtLoad) {
   unsigned wrong = 0;
   const auto check = [&wrong](const auto& direct, const auto& inverse) {

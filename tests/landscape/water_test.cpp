@@ -84,7 +84,7 @@ TEST(Water, RefractionIsThePlainOne) {
   std::mt19937 random(2);
   for (int round = 0; round < 200; ++round) {
     const auto number = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
-    const int cell = 1 + number(5), cellsX = 1 + number(6), cellsY = 1 + number(6);
+    const int cell = 1 + number(8), cellsX = 1 + number(6), cellsY = 1 + number(6);
     const int mapX = 1 + number(3), mapY = number(3), destX = number(4), destY = number(4);
     const int imageX = number(6), imageY = number(6), shift = number(3) == 0 ? 0 : 1 + number(16);
     Map water(random, mapX + cellsX + 1, mapY + cellsY + 1);

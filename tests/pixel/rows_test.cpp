@@ -12,6 +12,7 @@
 
 #include "pixel/blend_rules.h"
 #include "pixel/cpu.h"
+#include "support/guard_pages.h"
 
 namespace {
 
@@ -22,13 +23,13 @@ using kx::RowKernels;
 using kx::RowTest;
 
 constexpr std::size_t longestRow = 200;
-constexpr std::size_t guard = 64;
 constexpr std::size_t pixelBytes[] = {1, 1, 2, 2, 3};
 
-/// A row of random bytes with many 00 and FF and some stretches all alike, at a random alignment, between guards.
+/// A row of random bytes with many 00 and FF and some stretches all alike, at any alignment. It ends at a page that
+/// nobody may touch or begins behind one, with some bytes on the other side.
 class Row {
 public:
-  Row(std::mt19937& random, std::size_t size) : bytes_(size + 2 * guard + 16), start_(guard + random() % 16) {
+  Row(std::mt19937& random, std::size_t size) : Row(size, random() % 2 == 0 ? Flush::Front : Flush::Back) {
     const unsigned mood = random() % 4;
     for (auto& byte : bytes_) {
       const unsigned kind = random() % 4;
@@ -37,9 +38,13 @@ public:
       if (mood == 1) byte = 255;
     }
   }
+  Row(const Row& other) : Row(other.bytes_.size() - margin, other.flush_) {
+    std::copy(other.bytes_.begin(), other.bytes_.end(), bytes_.begin());
+  }
+  Row& operator=(const Row&) = delete;
 
-  std::uint8_t* data() { return bytes_.data() + start_; }
-  const std::vector<std::uint8_t>& all() const { return bytes_; }
+  std::uint8_t* data() { return bytes_.data() + (flush_ == Flush::Back ? margin : 0); }
+  std::vector<std::uint8_t> all() const { return {bytes_.begin(), bytes_.end()}; }
   void makeMask() {
     for (auto& byte : bytes_) byte = byte & 1 ? 0xFF : 0;
   }
@@ -48,8 +53,13 @@ public:
   }
 
 private:
-  std::vector<std::uint8_t> bytes_;
-  std::size_t start_;
+  using Flush = kxtest::GuardedBlock::Flush;
+  static constexpr std::size_t margin = 64;  ///< bytes on the side without a page
+
+  Row(std::size_t size, Flush flush) : flush_(flush), bytes_(size + margin, flush) {}
+
+  Flush flush_;
+  kxtest::GuardedBlock bytes_;
 };
 
 /// The levels of this machine above the portable one.
@@ -170,6 +180,11 @@ TEST_P(RowKernelLevels, FetchLikeThePortableOnes) {
     const std::uint64_t step = (std::uint64_t{limit} << 16) / std::max<std::size_t>(count, 1);
     kx::GatherColumns columns;
     for (std::size_t i = 0; i < count; ++i) columns.column[i] = static_cast<std::uint32_t>(i * step >> 16);
+    // Or with any leaps between them.
+    if (run % 8 == 0) {
+      for (std::size_t i = 0; i < count; ++i) columns.column[i] = static_cast<std::uint32_t>(random() % limit);
+      std::sort(columns.column, columns.column + count);
+    }
     columns.count = count;
     columns.limit = static_cast<std::uint32_t>(limit);
     portable.gather[size](first.data(), source.data(), columns);

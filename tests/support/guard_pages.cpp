@@ -2,7 +2,7 @@
 #include "support/guard_pages.h"
 
 #include <cstdlib>
-#include <map>
+#include <unordered_map>
 #include <vector>
 
 namespace kxtest {
@@ -12,7 +12,7 @@ namespace {
 /// Regions that nobody uses any more, by their number of usable pages: system calls are dear where blocks come and go.
 /// Never destroyed, as blocks may outlive it.
 auto& unusedRegions() {
-  static auto& regions = *new std::map<std::size_t, std::vector<std::uint8_t*>>;
+  static auto& regions = *new std::unordered_map<std::size_t, std::vector<std::uint8_t*>>;
   return regions;
 }
 

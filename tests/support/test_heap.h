@@ -1,5 +1,6 @@
 // The memory manager of the white-box tests: counts blocks, fails on request, fills new blocks with a pattern and stops
-// the program when something is freed that is no live block; a program's own manager need not know null either.
+// the program when something is freed that is no live block; a program's own manager need not know null either. Blocks
+// end at a page that nobody may touch or begin behind one, now this, now that.
 // SPDX-License-Identifier: MIT
 #pragma once
 

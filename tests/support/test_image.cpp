@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/test_image.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "bitmap/packed.h"
 #include "frame/heap.h"
@@ -9,8 +9,9 @@
 namespace kxtest {
 
 namespace {
-constexpr std::size_t guard = 512;
-}
+/// Bytes beside a block, where no guard page touches it.
+constexpr std::size_t margin = 512;
+}  // namespace
 
 std::int64_t wholeBytes(std::uint32_t format) {
   switch (format & 15) {
@@ -61,8 +62,7 @@ TestImage::TestImage(Random& random, std::uint32_t format, std::int32_t width, s
   // With or without a spare row; without one the memory is somebody else's.
   const bool spare = random() % 2 != 0;
   record_.flags = spare ? 0 : KX_BORROWED_PIXELS;
-  memory_.resize(2 * guard +
-                 static_cast<std::size_t>(record_.pitch) * static_cast<std::size_t>(height + (spare ? 1 : 0)));
+  allocate(random, static_cast<std::size_t>(record_.pitch) * static_cast<std::size_t>(height + (spare ? 1 : 0)));
   const unsigned zeros = random() % 4;
   std::uint8_t last = 0;
   for (auto& byte : memory_) {
@@ -70,7 +70,6 @@ TestImage::TestImage(Random& random, std::uint32_t format, std::int32_t width, s
       last = static_cast<std::uint8_t>(random() % 4 < zeros ? 0 : random() % 8 == 0 ? 255 : random());
     byte = last;
   }
-  record_.pixels = memory_.data() + guard;
   if (format == 4) {
     palette_.resize(768);
     for (auto& byte : palette_) byte = static_cast<std::uint8_t>(random());
@@ -94,7 +93,7 @@ TestImage::~TestImage() {
   const auto release = [&](void* block, std::uint32_t flag, const void* ours) {
     if (block != nullptr && block != ours && (record_.flags & flag) == 0) mmgr_free(block);
   };
-  if (record_.pixels < memory_.data() || record_.pixels > memory_.data() + memory_.size())
+  if (record_.pixels < memory_.begin() || record_.pixels > memory_.end())
     release(record_.pixels, KX_BORROWED_PIXELS, nullptr);
   release(record_.rowTable, KX_BORROWED_ROW_TABLE, rowTable_.data());
   release(record_.table15, KX_BORROWED_TABLE15, table15_.data());
@@ -102,20 +101,25 @@ TestImage::~TestImage() {
   release(record_.table8, KX_BORROWED_TABLE8, table8_.data());
 }
 
+void TestImage::allocate(Random& random, std::size_t blockBytes) {
+  flush_ = random() % 2 == 0 ? GuardedBlock::Flush::Front : GuardedBlock::Flush::Back;
+  memory_ = GuardedBlock(margin + blockBytes, flush_);
+  record_.pixels = memory_.data() + blockStart();
+}
+
 /// Packets of any kind and length, fillers between them, and a last one that may go beyond the row.
 void TestImage::encodeRows(Random& random) {
   const std::int64_t bytes = wholeBytes(record_.format);
-  const std::vector<std::uint8_t> plain = memory_;
-  std::vector<std::uint8_t> stream(guard, 0xA5);
+  std::vector<std::uint8_t> stream;
   const auto put = [&](std::int32_t y, std::int32_t x) {
     const std::uint32_t value = x < record_.width
-                                    ? pixelAt(plain.data() + guard + std::int64_t{y} * record_.pitch, record_.format, x)
+                                    ? pixelAt(record_.pixels + std::int64_t{y} * record_.pitch, record_.format, x)
                                     : static_cast<std::uint32_t>(random());
     for (std::int64_t i = 0; i < bytes; ++i) stream.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
   };
   const std::int32_t longest = random() % 2 == 0 ? 128 : 9;
   for (std::int32_t y = 0; y < record_.height; ++y) {
-    rowTable_.push_back(static_cast<std::uint32_t>(stream.size() - guard));
+    rowTable_.push_back(static_cast<std::uint32_t>(stream.size()));
     for (std::int32_t x = 0; x < record_.width;) {
       if (random() % 8 == 0) stream.push_back(0x80);
       std::int32_t count = between(random, 1, longest);
@@ -130,17 +134,17 @@ void TestImage::encodeRows(Random& random) {
       x += count;
     }
   }
-  stream.insert(stream.end(), guard, 0xA5);
-  memory_ = stream;
-  record_.pixels = memory_.data() + guard;
+  allocate(random, std::max<std::size_t>(stream.size(), 4));  // Windows asks for the first four bytes of pixels
+  std::fill(memory_.begin(), memory_.end(), std::uint8_t{0xA5});
+  std::copy(stream.begin(), stream.end(), record_.pixels);
   record_.rowTable = rowTable_.data();
   record_.pitch = 0;
   record_.flags |= KX_BORROWED_PIXELS | KX_BORROWED_ROW_TABLE;
 }
 
-std::size_t TestImage::blockStart() const { return guard; }
+std::size_t TestImage::blockStart() const { return flush_ == GuardedBlock::Flush::Back ? margin : 0; }
 
-std::size_t TestImage::blockBytes() const { return memory_.size() - 2 * guard; }
+std::size_t TestImage::blockBytes() const { return memory_.size() - margin; }
 
 std::vector<std::uint32_t> TestImage::pixels() {
   std::vector<std::uint32_t> out;

@@ -1,4 +1,5 @@
-// Bitmaps made by hand for tests: memory between guards, packed rows cut at random, every format and kind.
+// Bitmaps made by hand for tests: memory at the edge of pages that nobody may touch, packed rows cut at random, every
+// format and kind.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "kxgraphic/kxgraphic.h"
+#include "support/guard_pages.h"
 
 namespace kxtest {
 
@@ -31,8 +33,9 @@ public:
   Bitmap* record() { return &record_; }
   const Bitmap& constRecord() const { return record_; }
 
-  /// The whole memory, guards included; of a packed picture the guards and the stream.
-  std::vector<std::uint8_t>& memory() { return memory_; }
+  /// A copy of the whole memory: the pixel block or the packed stream, and the bytes on the side of it that has no page
+  /// to guard it.
+  std::vector<std::uint8_t> memory() const { return {memory_.begin(), memory_.end()}; }
 
   /// First byte of the pixel block within memory().
   std::size_t blockStart() const;
@@ -44,10 +47,13 @@ public:
   std::vector<std::uint32_t> pixels();
 
 private:
+  void allocate(Random& random, std::size_t blockBytes);
   void encodeRows(Random& random);
 
   Bitmap record_{};
-  std::vector<std::uint8_t> memory_, palette_, table8_;
+  GuardedBlock memory_;
+  GuardedBlock::Flush flush_{};
+  std::vector<std::uint8_t> palette_, table8_;
   std::vector<std::uint16_t> table15_, table16_;
   std::vector<std::uint32_t> rowTable_;
 };

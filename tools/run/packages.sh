@@ -9,6 +9,9 @@ build|g++|g++
 build|/usr/include/SDL2/SDL.h|libsdl2-dev
 demo|/usr/include/stb/stb_image.h|libstb-dev
 tests|/usr/src/googletest/CMakeLists.txt|googletest
+tests|gdb|gdb
+tests|xvfb-run|xvfb
+tests|xauth|xauth
 clang|clang++|clang
 win32|i686-w64-mingw32-g++|g++-mingw-w64-i686
 win32|Xvfb|xvfb
@@ -19,6 +22,7 @@ docs|python3|python3
 package|dpkg-shlibdeps|dpkg-dev
 package|file|file
 package|pkg-config|pkg-config
+package|lld-link|lld
 bench|/usr/include/benchmark/benchmark.h|libbenchmark-dev
 bench|/usr/include/zlib.h|zlib1g-dev
 bench|/usr/include/libdeflate.h|libdeflate-dev
@@ -30,6 +34,7 @@ bench|/usr/include/pixman-1/pixman.h|libpixman-1-dev
 bench|/usr/include/allegro.h|liballegro4-dev
 bench|pkg-config|pkg-config
 counts|valgrind|valgrind
+coverage|gcovr|gcovr
 lint|clang-format|clang-format
 lint|clang-tidy|clang-tidy
 lint|cppcheck|cppcheck

@@ -129,7 +129,7 @@ run_tests() {
     '') ;;
     *) die 2 "test knows --quick only, not $1" ;;
   esac
-  if [ -n "$quick" ]; then need_packages build tests demo; else need_packages build tests demo clang win32 package docs; fi
+  if [ -n "$quick" ]; then need_packages build tests demo; else need_packages build tests demo clang win32 package docs counts; fi
   lock_build
   rm -f "$logs"/*.log "$logs"/*.counts
   if [ -z "$quick" ]; then
