@@ -28,22 +28,24 @@ inline Result lockOnly(Bitmap* bitmap) {
   return fromCode(bitmap->methods->lock(bitmap));
 }
 
-/// Locks and then requires writable pixel memory (BitmapDestroyed, with the lock still raised).
+/// Locks a bitmap whose table can be read and then requires writable pixel memory (BitmapDestroyed, with the lock still
+/// raised). Small operations come by the million: the library's own lock, which tests the memory itself, is raised on
+/// the spot. That leaves out its test of the record, which callers have made.
 /// Settled: no operation lowers a lock again when a later step fails, so this is no guard object.
-inline Result lockPixels(Bitmap* bitmap) {
-  KX_TRY(lockOnly(bitmap));
+inline Result lockTestedPixels(Bitmap* bitmap) {
+  if (bitmap->methods->lock == &KX_lock) return raiseLock(bitmap);
+  KX_TRY(fromCode(bitmap->methods->lock(bitmap)));
   return isBadWritePointer(bitmap->pixels) ? Result::BitmapDestroyed : Result::Ok;
 }
 
-inline Result unlock(Bitmap* bitmap) { return fromCode(bitmap->methods->unlock(bitmap)); }
-
-/// The same for points, which come by the million: the library's own lock and unlock are done on the spot.
-inline Result lockPixelsOfPoint(Bitmap* bitmap) {
-  return bitmap->methods->lock == &KX_lock ? raiseLock(bitmap) : lockPixels(bitmap);
+/// The same for a bitmap whose table has not been tested.
+inline Result lockPixels(Bitmap* bitmap) {
+  return isBadReadPointer(bitmap->methods) ? Result::MethodTableDestroyed : lockTestedPixels(bitmap);
 }
 
-inline Result unlockPoint(Bitmap* bitmap) {
-  return bitmap->methods->unlock == &KX_unlock ? lowerLock(bitmap) : unlock(bitmap);
+/// Unlocks a bitmap that is locked; the library's own lock is lowered on the spot.
+inline Result unlock(Bitmap* bitmap) {
+  return bitmap->methods->unlock == &KX_unlock ? lowerLock(bitmap) : fromCode(bitmap->methods->unlock(bitmap));
 }
 
 /// Deletes through the bitmap's own method table.

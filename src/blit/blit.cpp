@@ -3,6 +3,7 @@
 #include "bitmap/locks.h"
 #include "bitmap/packed.h"
 #include "blit/check.h"
+#include "blit/in_place.h"
 #include "blit/plan.h"
 
 namespace kx {
@@ -13,6 +14,7 @@ namespace {
 template <typename Step>
 Result forSourceAndOthers(const BlitRequest& r, Step step) {
   KX_TRY(step(r.src));
+  if (!r.variant.others()) return Result::Ok;
   if (r.variant.zBuffer()) KX_TRY(step(r.zBuffer));
   if (r.variant.alphamap()) KX_TRY(step(r.alphamap));
   if (r.variant.zMap()) KX_TRY(step(r.zMap));
@@ -45,7 +47,7 @@ Result drawPacked(const FamilyRules& family, const BlitRequest& request) {
   });
 }
 
-Result drawPlain(const FamilyRules& family, const BlitRequest& request) {
+Result drawPlanned(const FamilyRules& family, const BlitRequest& request) {
   BlitPlan plan;
   KX_TRY(makePlan(plan, family, request));
   run(plan);
@@ -61,7 +63,8 @@ Result blit(const FamilyRules& family, const BlitRequest& request) {
   const bool locksOthers = !packed || family.locksAllBeforePacked;
   KX_TRY(lockPixels(request.dst));
   if (locksOthers) KX_TRY(lockSourceAndOthers(request));
-  KX_TRY(packed ? drawPacked(family, request) : drawPlain(family, request));
+  if (packed || !drawInPlace(family, request))
+    KX_TRY(packed ? drawPacked(family, request) : drawPlanned(family, request));
   if (family.unlocksDestinationFirst) static_cast<void>(unlock(request.dst));
   if (locksOthers) KX_TRY(unlockSourceAndOthers(request));
   if (!family.unlocksDestinationFirst) static_cast<void>(unlock(request.dst));

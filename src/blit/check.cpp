@@ -27,7 +27,7 @@ Result checkRectangle(const FamilyRules& family, const Bitmap& bitmap, const Rec
 Result checkRectangles(const FamilyRules& family, const BlitRequest& r) {
   if (family.sourceRectangleFirst) KX_TRY(checkRectangle(family, *r.src, r.from));
   KX_TRY(checkRectangle(family, *r.dst, r.to));
-  return checkRectangle(family, *r.src, r.from);
+  return family.sourceRectangleFirst ? Result::Ok : checkRectangle(family, *r.src, r.from);
 }
 
 constexpr bool isByte(std::int32_t value) { return value >= 0 && value <= 255; }
@@ -45,8 +45,7 @@ Result checkDepthFormat(const FamilyRules& family, const Bitmap& bitmap) {
   return good ? Result::Ok : Result::IllegalZBufferFormat;
 }
 
-Result checkFormats(const FamilyRules& family, const BlitRequest& r) {
-  if (r.variant.blends() && formatCode(r.dst->format) == KX_FORMAT_PALETTE) return family.blendIntoPalette;
+Result checkOtherFormats(const FamilyRules& family, const BlitRequest& r) {
   if (r.variant.zBuffer()) KX_TRY(checkDepthFormat(family, *r.zBuffer));
   if (r.variant.zMap()) KX_TRY(checkDepthFormat(family, *r.zMap));
   if (r.variant.alphamap() && (hasPackedRows(r.alphamap->format) || formatCode(r.alphamap->format) != KX_FORMAT_GREY))
@@ -68,7 +67,9 @@ Result checkCovers(Bitmap* bitmap, const Rect& rect) {
   return bitmap->pitch >= 0 && end <= held ? Result::Ok : Result::CoordinateOutOfRange;
 }
 
-Result checkSizes(const BlitRequest& r) {
+/// Z buffer and maps.
+[[gnu::noinline]] Result checkOthers(const FamilyRules& family, const BlitRequest& r) {
+  KX_TRY(checkOtherFormats(family, r));
   if (r.variant.zBuffer()) KX_TRY(checkCovers(r.zBuffer, r.to));
   if (r.variant.zMap()) KX_TRY(checkCovers(r.zMap, r.from));
   if (r.variant.alphamap()) KX_TRY(checkCovers(r.alphamap, r.from));
@@ -81,8 +82,8 @@ Result checkRequest(const FamilyRules& family, const BlitRequest& request) {
   KX_TRY(checkPointers(request));
   KX_TRY(checkRectangles(family, request));
   KX_TRY(checkWeights(request));
-  KX_TRY(checkFormats(family, request));
-  return checkSizes(request);
+  if (request.variant.blends() && formatCode(request.dst->format) == KX_FORMAT_PALETTE) return family.blendIntoPalette;
+  return request.variant.others() ? checkOthers(family, request) : Result::Ok;
 }
 
 }  // namespace kx

@@ -120,7 +120,7 @@ void planCombine(BlitPlan& plan, const BlitRequest& r) {
   const bool masked = r.variant.zBuffer() || (r.variant.transparent() && translated);
   plan.keyed = masked && r.variant.transparent();
   plan.test = masked ? RowTest::Masked : r.variant.transparent() ? RowTest::Keyed : RowTest::All;
-  const Combine rule = r.variant.alphamap() ? Combine::Alphamap : r.variant.alpha() ? Combine::Alpha : Combine::Copy;
+  const Combine rule = combineOf(r.variant);
   plan.isCopy = rule == Combine::Copy;
   const bool hasPixels = formatInfo(r.dst->format).bytesFixed != 0;
   plan.combine = hasPixels ? rowKernels().of(rule, plan.test, rowFormat(r.dst->format)) : nullptr;
@@ -162,9 +162,6 @@ Result makePlan(BlitPlan& plan, const FamilyRules& family, const BlitRequest& r)
   const Sharing sharing = r.to.w > 0 && r.to.h > 0 ? sharedMemory(plan, r) : Sharing::None;
   plan.strips = plan.stretched && sharing == Sharing::None && rowsAreApart(plan);
   plan.pixelByPixel = sharing == Sharing::SameRow;
-  plan.wordByWord = plan.pixelByPixel && !plan.stretched && r.variant == Variant{BlitRule::Copy, BlitDepth::None} &&
-                    plan.fetch == Fetch::Rows && plan.lookupTable == nullptr && plan.convert == nullptr &&
-                    plan.combine != nullptr;
   return Result::Ok;
 }
 

@@ -34,6 +34,10 @@ struct Plane {
   [[nodiscard]] std::uint8_t* row(std::int64_t y) const { return start + static_cast<std::ptrdiff_t>(y * pitch); }
 };
 
+constexpr Combine combineOf(Variant variant) {
+  return variant.alphamap() ? Combine::Alphamap : variant.alpha() ? Combine::Alpha : Combine::Copy;
+}
+
 struct BlitPlan {
   std::int32_t width, height;  ///< of the destination rectangle
   bool stretched;
@@ -69,7 +73,6 @@ struct BlitPlan {
 
   bool strips;        ///< stretched, and its rows are so far apart that they may be drawn strip by strip
   bool pixelByPixel;  ///< rows share memory with what they are made of: keep the order of a plain loop
-  bool wordByWord;    ///< and of a plain copy, which goes by words of four bytes
 
   /// The row of the source rectangle that a row of the destination rectangle shows.
   [[nodiscard]] std::int64_t sourceRow(std::int32_t y) const { return stretched ? (y * stepY) >> 16 : y; }

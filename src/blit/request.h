@@ -28,6 +28,8 @@ struct Variant {
   [[nodiscard]] constexpr bool blends() const { return alpha() || alphamap(); }
   [[nodiscard]] constexpr bool zBuffer() const { return depth != BlitDepth::None; }
   [[nodiscard]] constexpr bool zMap() const { return depth == BlitDepth::ZMap; }
+  /// Uses a Z buffer or maps.
+  [[nodiscard]] constexpr bool others() const { return zBuffer() || alphamap(); }
 
   friend constexpr bool operator==(Variant, Variant) = default;
 };

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <optional>
 
 #include "blit/packed_reader.h"
@@ -221,11 +220,10 @@ private:
   std::uint8_t mask_[longestChunk], weightBuffer_[longestChunk], depthBuffer_[longestChunk], bits_[longestChunk];
 };
 
-/// Source rows can be combined with the destination as they lie, without passing through buffers.
-bool drawsInPlace(const BlitPlan& plan) {
-  return plan.fetch == Fetch::Rows && !plan.stretched && !plan.pixelByPixel && plan.convert == nullptr &&
-         !plan.destinationBits && plan.combine != nullptr && plan.zBuffer.start == nullptr &&
-         (plan.lookupTable == nullptr || plan.isCopy);
+/// Palettised source rows go through the table straight to their place.
+bool translatesInPlace(const BlitPlan& plan) {
+  return plan.lookupTable != nullptr && plan.fetch == Fetch::Rows && !plan.stretched && !plan.pixelByPixel &&
+         plan.convert == nullptr && plan.combine != nullptr && plan.zBuffer.start == nullptr && plan.isCopy;
 }
 
 /// Palettised rows that are copied, with or without those of index 0.
@@ -238,39 +236,11 @@ void translateInPlace(const BlitPlan& plan) {
     lookup(plan.destination.row(y), plan.source.row(y), table, static_cast<std::size_t>(plan.width));
 }
 
-void runInPlace(const BlitPlan& plan) {
-  RowSpan span{plan.destination.start, plan.source.start, static_cast<std::size_t>(plan.width), nullptr,
-               plan.alphamap.start,    plan.alpha};
-  for (std::int32_t y = 0; y < plan.height; ++y) {
-    plan.combine(span);
-    span.dst += plan.destination.pitch;
-    span.src += plan.source.pitch;
-    if (span.map != nullptr) span.map += plan.alphamap.pitch;
-  }
-}
-
-/// A plain copy within the same rows. Towards the right it repeats what it has just written, four bytes at a time.
-void copyWords(const BlitPlan& plan) {
-  const std::size_t bytes = static_cast<std::size_t>(plan.width) * plan.sourceBytes;
-  for (std::int32_t y = 0; y < plan.height; ++y) {
-    std::uint8_t* dst = plan.destination.row(y);
-    const std::uint8_t* src = plan.source.row(y);
-    if (std::less_equal<>()(static_cast<const std::uint8_t*>(dst), src)) {
-      std::memmove(dst, src, bytes);
-      continue;
-    }
-    std::size_t i = 0;
-    for (; i + 4 <= bytes; i += 4) store32(dst + i, load32(src + i));
-    for (; i < bytes; ++i) dst[i] = src[i];
-  }
-}
-
 }  // namespace
 
 void run(const BlitPlan& plan) {
   if (plan.width < 1 || plan.height < 1) return;
-  if (plan.wordByWord) return copyWords(plan);
-  if (drawsInPlace(plan)) return plan.lookupTable != nullptr ? translateInPlace(plan) : runInPlace(plan);
+  if (translatesInPlace(plan)) return translateInPlace(plan);
   Runner(plan).run();
 }
 

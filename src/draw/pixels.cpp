@@ -30,13 +30,13 @@ Result getPixel(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t& v
   KX_TRY(checkWritable(bitmap));
   if (!isInside(bitmap, x, y)) return Result::CoordinateOutOfRange;
   KX_TRY(checkMethods(bitmap));
-  KX_TRY(lockPixelsOfPoint(bitmap));
+  KX_TRY(lockTestedPixels(bitmap));
   if (hasRunLengthRows(bitmap->format)) {
     KX_TRY(readPackedPixel(*bitmap, x, y, value));
   } else {
     value = readPixel(rowAddress(*bitmap, y), bitmap->format, x);
   }
-  static_cast<void>(unlockPoint(bitmap));
+  static_cast<void>(unlock(bitmap));
   return Result::Ok;
 }
 
@@ -68,8 +68,8 @@ Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t c
   KX_TRY(checkFormats(*bitmap, blend));
   if (!depthCovers(blend, x, y, 1, 1)) return Result::CoordinateOutOfRange;
   KX_TRY(checkMethods(bitmap, blend));
-  KX_TRY(lockPixelsOfPoint(bitmap));
-  if constexpr (HasDepth) KX_TRY(lockPixelsOfPoint(zBuffer));
+  KX_TRY(lockTestedPixels(bitmap));
+  if constexpr (HasDepth) KX_TRY(lockTestedPixels(zBuffer));
   if (hasRunLengthRows(bitmap->format)) [[unlikely]] {
     KX_TRY(drawOnUnpacked(
         bitmap, [=](Bitmap* plain) { return drawPoint<HasAlpha, HasDepth>(plain, x, y, colour, alpha, zBuffer, z); }));
@@ -78,8 +78,8 @@ Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t c
     const std::uint32_t format = bitmap->format;
     writePixel(row, format, x, HasAlpha ? blended(format, colour, readPixel(row, format, x), alpha) : colour);
   }
-  static_cast<void>(unlockPoint(bitmap));
-  if constexpr (HasDepth) static_cast<void>(unlockPoint(zBuffer));
+  static_cast<void>(unlock(bitmap));
+  if constexpr (HasDepth) static_cast<void>(unlock(zBuffer));
   return Result::Ok;
 }
 

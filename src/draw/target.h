@@ -65,11 +65,11 @@ inline Result checkMethods(const Bitmap* target, const Blend& blend = {}) {
   return Result::Ok;
 }
 
-/// Locks the target, then the Z buffer, each with its pixel memory.
+/// Locks the target, then the Z buffer, each with its pixel memory, once their tables have been tested.
 /// Settled: a failure leaves raised what was raised before it.
 inline Result lockForDrawing(Bitmap* target, const Blend& blend = {}) {
-  KX_TRY(lockPixels(target));
-  return blend.hasDepth ? lockPixels(blend.zBuffer) : Result::Ok;
+  KX_TRY(lockTestedPixels(target));
+  return blend.hasDepth ? lockTestedPixels(blend.zBuffer) : Result::Ok;
 }
 
 /// Unlocks in the same order. What the unlocking says is of no consequence once all is drawn.

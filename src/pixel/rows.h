@@ -25,21 +25,23 @@ constexpr std::size_t rowTestCount = 3;
 enum class RowFormat : std::uint8_t { Mono, Grey8, Rgb555, Rgb565, Bgr24 };
 constexpr std::size_t rowFormatCount = 5;
 
-/// The row format of a format word of 0 or 3 to 7.
-constexpr RowFormat rowFormat(std::uint32_t word) {
-  constexpr RowFormat table[16] = {RowFormat::Mono,  RowFormat::Grey8,  RowFormat::Grey8,  RowFormat::Grey8,
-                                   RowFormat::Grey8, RowFormat::Rgb555, RowFormat::Rgb565, RowFormat::Bgr24};
-  return table[formatCode(word)];
-}
+constexpr RowFormat rowFormats[16] = {RowFormat::Mono,  RowFormat::Grey8,  RowFormat::Grey8,  RowFormat::Grey8,
+                                      RowFormat::Grey8, RowFormat::Rgb555, RowFormat::Rgb565, RowFormat::Bgr24};
 
-/// What a combining kernel works on; members that its rule and test do not need may be anything.
+/// The row format of a format word of 0 or 3 to 7.
+constexpr RowFormat rowFormat(std::uint32_t word) { return rowFormats[formatCode(word)]; }
+
+/// What a combining kernel works on: one row, or several that are drawn one after the other. Members that its rule and
+/// test do not need may be anything.
 struct RowSpan {
   std::uint8_t* dst;
   const std::uint8_t* src;
   std::size_t count;         ///< pixels
-  const std::uint8_t* mask;  ///< RowTest::Masked
+  const std::uint8_t* mask;  ///< RowTest::Masked: the same for all rows
   const std::uint8_t* map;   ///< Combine::Alphamap: weight of each destination pixel
   std::uint32_t alpha;       ///< Combine::Alpha: weight of the destination, 0 to 255
+  std::size_t rows = 1;
+  std::ptrdiff_t dstPitch = 0, srcPitch = 0, mapPitch = 0;  ///< bytes from row to row
 };
 
 /// One colour over every pixel of an area, by the rule of Combine::Alpha.

@@ -1,11 +1,14 @@
-// Copies of some pixels of a row with AVX-512: by masked stores, so that pixels which stay are not even read.
+// Copies with AVX-512: ends of rows and pixels that stay are left out by masked stores, and not even read.
 // SPDX-License-Identifier: MIT
 #include "pixel/avx512.h"
-#include "pixel/rows.h"
+#include "pixel/each_row.h"
 
 namespace kx {
 
 namespace {
+
+/// What the level below chose: it does long copies.
+RowKernels base;
 
 /// Pixels that a register holds whole.
 template <std::size_t Bytes>
@@ -44,40 +47,58 @@ std::uint64_t namedLanes(const std::uint8_t* mask, std::size_t pixels) {
 
 template <std::size_t Bytes, RowTest Test>
 void copySome(const RowSpan& span) {
+  if (span.count == 0) return;
   constexpr std::size_t step = pixelsAtOnce<Bytes>;
-  std::uint8_t* dst = span.dst;
-  const std::uint8_t* src = span.src;
-  const std::uint8_t* mask = span.mask;
-  const auto lanes = [&](__m512i s, std::size_t pixels) {
-    return Test == RowTest::Keyed ? keyedLanes<Bytes>(s) : namedLanes<Bytes>(mask, pixels);
-  };
-  std::size_t left = span.count;
-  for (; left * Bytes >= registerBytes; left -= step) {
-    const __m512i s = _mm512_loadu_si512(src);
-    storeLanes<Bytes>(dst, lanes(s, step), s);
-    dst += step * Bytes;
-    src += step * Bytes;
-    if constexpr (Test == RowTest::Masked) mask += step;
-  }
-  if (left == 0) return;
-  // What is not loaded is 0: left out.
-  const __m512i s = _mm512_maskz_loadu_epi8(lowest(left * Bytes), src);
-  storeLanes<Bytes>(dst, lanes(s, left), s);
+  // The last step is never empty. What it does not load is 0: left out.
+  const std::size_t fullSteps = (span.count - 1) / step, last = span.count - fullSteps * step;
+  const __mmask64 lastBytes = lowest(last * Bytes);
+  eachRow<Combine::Copy>(span, [=](RowSpan row) {
+    const auto store = [&](__m512i s, std::size_t pixels) {
+      const std::uint64_t lanes = Test == RowTest::Keyed ? keyedLanes<Bytes>(s) : namedLanes<Bytes>(row.mask, pixels);
+      storeLanes<Bytes>(row.dst, lanes, s);
+    };
+    for (std::size_t i = 0; i < fullSteps; ++i) {
+      store(_mm512_maskz_loadu_epi8(lowest(step * Bytes), row.src), step);
+      row.dst += step * Bytes;
+      row.src += step * Bytes;
+      if constexpr (Test == RowTest::Masked) row.mask += step;
+    }
+    store(_mm512_maskz_loadu_epi8(lastBytes, row.src), last);
+  });
 }
 
-template <std::size_t Bytes>
-void improve(RowKernels& kernels, RowFormat format) {
-  kernels.of(Combine::Copy, RowTest::Keyed, format) = copySome<Bytes, RowTest::Keyed>;
-  kernels.of(Combine::Copy, RowTest::Masked, format) = copySome<Bytes, RowTest::Masked>;
+template <std::size_t Bytes, RowFormat Format>
+void copyAll(const RowSpan& span) {
+  const std::size_t bytes = span.count * Bytes;
+  if (bytes == 0) return;
+  if (bytes >= longestCopy) return base.of(Combine::Copy, RowTest::All, Format)(span);
+  const std::size_t fullSteps = (bytes - 1) / registerBytes;
+  const __mmask64 lastBytes = lowest(bytes - fullSteps * registerBytes);
+  eachRow<Combine::Copy>(span, [=](RowSpan row) {
+    for (std::size_t i = 0; i < fullSteps; ++i) {
+      _mm512_storeu_si512(row.dst, _mm512_loadu_si512(row.src));
+      row.dst += registerBytes;
+      row.src += registerBytes;
+    }
+    _mm512_mask_storeu_epi8(row.dst, lastBytes, _mm512_maskz_loadu_epi8(lastBytes, row.src));
+  });
+}
+
+template <std::size_t Bytes, RowFormat Format>
+void improve(RowKernels& kernels) {
+  kernels.of(Combine::Copy, RowTest::All, Format) = copyAll<Bytes, Format>;
+  kernels.of(Combine::Copy, RowTest::Keyed, Format) = copySome<Bytes, RowTest::Keyed>;
+  kernels.of(Combine::Copy, RowTest::Masked, Format) = copySome<Bytes, RowTest::Masked>;
 }
 
 }  // namespace
 
 RowKernels improveCopiesAvx512(RowKernels kernels) {
-  improve<1>(kernels, RowFormat::Grey8);
-  improve<2>(kernels, RowFormat::Rgb555);
-  improve<2>(kernels, RowFormat::Rgb565);
-  improve<3>(kernels, RowFormat::Bgr24);
+  base = kernels;
+  improve<1, RowFormat::Grey8>(kernels);
+  improve<2, RowFormat::Rgb555>(kernels);
+  improve<2, RowFormat::Rgb565>(kernels);
+  improve<3, RowFormat::Bgr24>(kernels);
   return kernels;
 }
 

@@ -3,8 +3,10 @@
 #include <cstring>
 #include <type_traits>
 
+#include "codec/short_copy.h"
 #include "pixel/blend_rules.h"
 #include "pixel/colour_blend.h"
+#include "pixel/each_row.h"
 #include "pixel/rows.h"
 
 namespace kx {
@@ -26,6 +28,7 @@ struct TestMasked {
 };
 
 struct RuleAlpha {
+  static constexpr Combine combine = Combine::Alpha;
   template <typename Format>
   static std::uint32_t value(const RowSpan& span, std::size_t, std::uint32_t s, std::uint32_t d) {
     return blendAlpha<Format>(s, d, span.alpha);
@@ -33,6 +36,7 @@ struct RuleAlpha {
 };
 
 struct RuleAlphamap {
+  static constexpr Combine combine = Combine::Alphamap;
   template <typename Format>
   static std::uint32_t value(const RowSpan& span, std::size_t i, std::uint32_t s, std::uint32_t d) {
     return blendAlphamap<Format>(s, d, span.map[i]);
@@ -40,28 +44,32 @@ struct RuleAlphamap {
 };
 
 template <typename Rule, typename Test, typename Format>
-void blendRow(const RowSpan& span) {
-  const RowSpan row = span;
-  for (std::size_t i = 0; i < row.count; ++i) {
-    const std::uint32_t s = loadPixel<Format::bytes>(row.src + i * Format::bytes);
-    const std::uint32_t d = loadPixel<Format::bytes>(row.dst + i * Format::bytes);
-    const std::uint32_t value = Rule::template value<Format>(row, i, s, d);
-    storePixel<Format::bytes>(row.dst + i * Format::bytes, Test::draws(row, i, s) ? value : d);
-  }
+void blendRows(const RowSpan& span) {
+  eachRow<Rule::combine>(span, [](const RowSpan& row) {
+    for (std::size_t i = 0; i < row.count; ++i) {
+      const std::uint32_t s = loadPixel<Format::bytes>(row.src + i * Format::bytes);
+      const std::uint32_t d = loadPixel<Format::bytes>(row.dst + i * Format::bytes);
+      const std::uint32_t value = Rule::template value<Format>(row, i, s, d);
+      storePixel<Format::bytes>(row.dst + i * Format::bytes, Test::draws(row, i, s) ? value : d);
+    }
+  });
 }
 
 template <typename Test, typename Format>
-void copyRow(const RowSpan& span) {
-  const RowSpan row = span;
-  for (std::size_t i = 0; i < row.count; ++i) {
-    const std::uint32_t s = loadPixel<Format::bytes>(row.src + i * Format::bytes);
-    if (Test::draws(row, i, s)) storePixel<Format::bytes>(row.dst + i * Format::bytes, s);
-  }
+void copyRows(const RowSpan& span) {
+  eachRow<Combine::Copy>(span, [](const RowSpan& row) {
+    for (std::size_t i = 0; i < row.count; ++i) {
+      const std::uint32_t s = loadPixel<Format::bytes>(row.src + i * Format::bytes);
+      if (Test::draws(row, i, s)) storePixel<Format::bytes>(row.dst + i * Format::bytes, s);
+    }
+  });
 }
 
 template <typename Format>
-void moveRow(const RowSpan& span) {
-  std::memmove(span.dst, span.src, span.count * Format::bytes);
+void moveRows(const RowSpan& span) {
+  const std::size_t bytes = span.count * Format::bytes;
+  if (bytes == 0) return;
+  eachRow<Combine::Copy>(span, [bytes](const RowSpan& row) { copyShort(row.dst, row.src, bytes); });
 }
 
 template <typename Format>
@@ -79,14 +87,14 @@ void blendColourArea(const ColourArea& given) {
 
 template <typename Format>
 void fillFormat(RowKernels& kernels, RowFormat format) {
-  kernels.of(Combine::Copy, RowTest::All, format) = moveRow<Format>;
-  kernels.of(Combine::Copy, RowTest::Keyed, format) = copyRow<TestKeyed, Format>;
-  kernels.of(Combine::Copy, RowTest::Masked, format) = copyRow<TestMasked, Format>;
-  kernels.of(Combine::Alpha, RowTest::All, format) = blendRow<RuleAlpha, TestAll, Format>;
-  kernels.of(Combine::Alpha, RowTest::Keyed, format) = blendRow<RuleAlpha, TestKeyed, Format>;
-  kernels.of(Combine::Alpha, RowTest::Masked, format) = blendRow<RuleAlpha, TestMasked, Format>;
-  kernels.of(Combine::Alphamap, RowTest::All, format) = blendRow<RuleAlphamap, TestAll, Format>;
-  kernels.of(Combine::Alphamap, RowTest::Masked, format) = blendRow<RuleAlphamap, TestMasked, Format>;
+  kernels.of(Combine::Copy, RowTest::All, format) = moveRows<Format>;
+  kernels.of(Combine::Copy, RowTest::Keyed, format) = copyRows<TestKeyed, Format>;
+  kernels.of(Combine::Copy, RowTest::Masked, format) = copyRows<TestMasked, Format>;
+  kernels.of(Combine::Alpha, RowTest::All, format) = blendRows<RuleAlpha, TestAll, Format>;
+  kernels.of(Combine::Alpha, RowTest::Keyed, format) = blendRows<RuleAlpha, TestKeyed, Format>;
+  kernels.of(Combine::Alpha, RowTest::Masked, format) = blendRows<RuleAlpha, TestMasked, Format>;
+  kernels.of(Combine::Alphamap, RowTest::All, format) = blendRows<RuleAlphamap, TestAll, Format>;
+  kernels.of(Combine::Alphamap, RowTest::Masked, format) = blendRows<RuleAlphamap, TestMasked, Format>;
   if constexpr (!std::is_same_v<Format, Mono>)
     kernels.blendColour[static_cast<std::size_t>(format)] = blendColourArea<Format>;
 }

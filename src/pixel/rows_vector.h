@@ -12,6 +12,7 @@
 #include <type_traits>
 
 #include "pixel/blend_rules.h"
+#include "pixel/each_row.h"
 #include "pixel/rows.h"
 
 namespace kx {
@@ -137,17 +138,19 @@ struct ByteWeights {
   }
 };
 
-/// A register of source pixels over one of the destination's at constant weight.
+/// Formats of 16 bits a pixel.
+constexpr bool isWide(RowFormat format) { return format == RowFormat::Rgb555 || format == RowFormat::Rgb565; }
+
+/// A register of source pixels over one of the destination's at constant weight. Made once for all rows.
 template <typename V, RowFormat Format>
 struct ConstantBlend {
-  static constexpr bool wide = Format == RowFormat::Rgb555 || Format == RowFormat::Rgb565;
-  std::conditional_t<wide, AlphaWeights<V>, ByteWeights<V>> weights;
+  std::conditional_t<isWide(Format), AlphaWeights<V>, ByteWeights<V>> weights;
 
   explicit ConstantBlend(std::uint32_t alpha) : weights(alpha) {}
 
   [[gnu::always_inline]] typename V::Reg operator()(typename V::Reg s, typename V::Reg d) const {
     using Fields = std::conditional_t<Format == RowFormat::Rgb555, AlphaFields555, AlphaFields565>;
-    if constexpr (wide)
+    if constexpr (isWide(Format))
       return weights.template blend<Fields>(s, d);
     else
       return weights.blend(s, d);
@@ -275,42 +278,28 @@ template <typename V, RowTest Test, typename Mix, typename MixOne>
 constexpr auto sourceOnly = [](auto s, auto, auto...) { return s; };
 
 template <typename V, RowFormat Format, Combine Rule, RowTest Test>
-void vectorRow(const RowSpan& span) {
-  // The members one by one, and the copy handed to nobody: copied as a block it would be read before its parts, just
-  // written by the caller, have reached memory.
-  const RowSpan row{span.dst, span.src, span.count, span.mask, span.map, span.alpha};
-  constexpr bool wide = Format == RowFormat::Rgb555 || Format == RowFormat::Rgb565;
-  constexpr bool triple = Format == RowFormat::Bgr24;
-  constexpr std::size_t shortest = (wide ? V::bytes / 2 : V::bytes) + (triple && Test == RowTest::Keyed ? 2 : 0);
-  if (row.count < shortest) return shortRows.of(Rule, Test, Format)(span);
-
-  if constexpr (wide) {
+[[gnu::always_inline]] inline void combineRow(const RowSpan& row, const ConstantBlend<V, Format>& blend) {
+  if constexpr (isWide(Format)) {
     using MapFields = std::conditional_t<Format == RowFormat::Rgb555, MapFields555, MapFields565>;
     if constexpr (Rule == Combine::Copy) mixRow<V, 2, Test>(row, sourceOnly);
-    if constexpr (Rule == Combine::Alpha) {
-      const ConstantBlend<V, Format> blend(row.alpha);
+    if constexpr (Rule == Combine::Alpha)
       mixRow<V, 2, Test>(row, [&](auto s, auto d, std::size_t) { return blend(s, d); });
-    }
     if constexpr (Rule == Combine::Alphamap)
       mixRow<V, 2, Test>(row,
                          [&](auto s, auto d, std::size_t i) { return blendMapped<V, MapFields>(s, d, row.map + i); });
-  } else if constexpr (!triple) {
+  } else if constexpr (Format != RowFormat::Bgr24) {
     if constexpr (Rule == Combine::Copy) mixRow<V, 1, Test>(row, sourceOnly);
-    if constexpr (Rule == Combine::Alpha) {
-      const ConstantBlend<V, Format> blend(row.alpha);
+    if constexpr (Rule == Combine::Alpha)
       mixRow<V, 1, Test>(row, [&](auto s, auto d, std::size_t) { return blend(s, d); });
-    }
     if constexpr (Rule == Combine::Alphamap)
       mixRow<V, 1, Test>(
           row, [&](auto s, auto d, std::size_t i) { return blendMappedBytes<V>(s, d, V::load(row.map + i)); });
   } else {
     if constexpr (Rule == Combine::Copy) mixRow24<V, Test>(row, sourceOnly, sourceOnly);
-    if constexpr (Rule == Combine::Alpha) {
-      const ConstantBlend<V, Format> blend(row.alpha);
+    if constexpr (Rule == Combine::Alpha)
       mixRow24<V, Test>(
           row, [&](const auto& s, const auto& d, std::size_t) { return blend(s, d); },
           [&](std::uint32_t s, std::uint32_t d) { return blendAlpha<Bgr24>(s, d, row.alpha); });
-    }
     if constexpr (Rule == Combine::Alphamap)
       mixRow24<V, Test>(
           row,
@@ -322,6 +311,27 @@ void vectorRow(const RowSpan& span) {
           },
           sourceOnly);
   }
+}
+
+template <typename V, RowFormat Format, Combine Rule, RowTest Test>
+void combineRows(const RowSpan& span) {
+  constexpr bool hasEdges = Format == RowFormat::Bgr24 && Test == RowTest::Keyed;
+  constexpr std::size_t shortest = (isWide(Format) ? V::bytes / 2 : V::bytes) + (hasEdges ? 2 : 0);
+  if (span.count < shortest) return shortRows.of(Rule, Test, Format)(span);
+  const ConstantBlend<V, Format> blend(Rule == Combine::Alpha ? span.alpha : 0);
+  eachRow<Rule>(span, [&](const RowSpan& row) { combineRow<V, Format, Rule, Test>(row, blend); });
+}
+
+template <typename V, RowFormat Format>
+void copyRows(const RowSpan& span) {
+  constexpr std::size_t pixelBytes = isWide(Format) ? 2 : Format == RowFormat::Bgr24 ? 3 : 1;
+  const std::size_t bytes = span.count * pixelBytes;
+  if (bytes < V::bytes || bytes >= longestCopy) return shortRows.of(Combine::Copy, RowTest::All, Format)(span);
+  eachRow<Combine::Copy>(span, [=](const RowSpan& row) {
+    overRow<V::bytes>(
+        bytes, [&](std::size_t i) { return V::load(row.src + i); },
+        [&](std::size_t i, auto value) { V::store(row.dst + i, value); });
+  });
 }
 
 template <typename V, RowFormat Format>
@@ -414,13 +424,14 @@ void vectorDepth(const DepthSpan& span) {
 template <typename V, RowFormat Format>
 void improveFormat(RowKernels& kernels) {
   kernels.blendColour[static_cast<std::size_t>(Format)] = vectorColour<V, Format>;
-  kernels.of(Combine::Copy, RowTest::Keyed, Format) = vectorRow<V, Format, Combine::Copy, RowTest::Keyed>;
-  kernels.of(Combine::Copy, RowTest::Masked, Format) = vectorRow<V, Format, Combine::Copy, RowTest::Masked>;
-  kernels.of(Combine::Alpha, RowTest::All, Format) = vectorRow<V, Format, Combine::Alpha, RowTest::All>;
-  kernels.of(Combine::Alpha, RowTest::Keyed, Format) = vectorRow<V, Format, Combine::Alpha, RowTest::Keyed>;
-  kernels.of(Combine::Alpha, RowTest::Masked, Format) = vectorRow<V, Format, Combine::Alpha, RowTest::Masked>;
-  kernels.of(Combine::Alphamap, RowTest::All, Format) = vectorRow<V, Format, Combine::Alphamap, RowTest::All>;
-  kernels.of(Combine::Alphamap, RowTest::Masked, Format) = vectorRow<V, Format, Combine::Alphamap, RowTest::Masked>;
+  kernels.of(Combine::Copy, RowTest::All, Format) = copyRows<V, Format>;
+  kernels.of(Combine::Copy, RowTest::Keyed, Format) = combineRows<V, Format, Combine::Copy, RowTest::Keyed>;
+  kernels.of(Combine::Copy, RowTest::Masked, Format) = combineRows<V, Format, Combine::Copy, RowTest::Masked>;
+  kernels.of(Combine::Alpha, RowTest::All, Format) = combineRows<V, Format, Combine::Alpha, RowTest::All>;
+  kernels.of(Combine::Alpha, RowTest::Keyed, Format) = combineRows<V, Format, Combine::Alpha, RowTest::Keyed>;
+  kernels.of(Combine::Alpha, RowTest::Masked, Format) = combineRows<V, Format, Combine::Alpha, RowTest::Masked>;
+  kernels.of(Combine::Alphamap, RowTest::All, Format) = combineRows<V, Format, Combine::Alphamap, RowTest::All>;
+  kernels.of(Combine::Alphamap, RowTest::Masked, Format) = combineRows<V, Format, Combine::Alphamap, RowTest::Masked>;
 }
 
 /// All that V does better than the level below.
