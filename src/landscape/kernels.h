@@ -24,11 +24,10 @@ struct LandscapeKernels {
   WaveRow waveFourNeighbours;
   WaveRow waveEightNeighbours;
 
-  /// Shades size x size pixels of 5-5-5 from one place to another, one after the other where they overlap. The channels
-  /// in their places, blue first, get the low 16 bits of the shade, red those of 32 times the shade, and then their
-  /// tint.
-  void (*shadeBlock)(std::uint8_t* to, std::ptrdiff_t toPitch, const std::uint8_t* from, std::ptrdiff_t fromPitch,
-                     std::size_t size, std::int32_t shade, const std::int16_t (&tint)[3]);
+  /// Shades pixels of 5-5-5, each by its own shade: the channels in their places, blue first, get the shade, red the
+  /// low 16 bits of 32 times the shade, and then their tint. Rows do not overlap unless the count is 1.
+  void (*shadePixels)(std::uint8_t* to, const std::uint8_t* from, const std::int16_t* shades, std::size_t count,
+                      const std::int16_t (&tint)[3]);
 };
 
 extern const LandscapeKernels landscapeKernelsPortable;

@@ -38,47 +38,38 @@ void waveRow(std::uint8_t* target, const std::uint8_t* current, std::ptrdiff_t p
   }
 }
 
-/// What shading does to one channel. The bounds stand in for saturation at 16 bits: within them no sum leaves that
-/// range, and beyond them they give what saturation would. All numbers have 16 bits, so that vectors hold many.
-struct ShadedChannel {
-  std::int16_t mask;       ///< of the channel in its place
-  std::int16_t shade;      ///< added first
-  std::int16_t tint;       ///< added second
-  std::int16_t cap;        ///< upper bound before the first sum
-  std::int16_t low, high;  ///< bounds before the second
-
-  ShadedChannel(std::int16_t channel, std::int32_t first, std::int16_t second)
-      : mask(channel),
-        shade(static_cast<std::int16_t>(first)),
-        tint(second),
-        cap(static_cast<std::int16_t>(32767 - (shade > 0 ? shade : 0))),
-        low(static_cast<std::int16_t>(-32768 - (tint < 0 ? tint : 0))),
-        high(static_cast<std::int16_t>(32767 - (tint > 0 ? tint : 0))) {}
-
-  [[nodiscard]] std::int16_t of(std::uint32_t pixel) const {
-    auto value = static_cast<std::int16_t>(static_cast<std::int16_t>(pixel) & mask);
-    value = value < cap ? value : cap;
-    value = static_cast<std::int16_t>(value + shade);
-    value = value > low ? value : low;
-    value = value < high ? value : high;
-    value = static_cast<std::int16_t>(value + tint);
-    value = value > 0 ? value : std::int16_t{0};
-    value = value < mask ? value : mask;
-    return static_cast<std::int16_t>(value & mask);
-  }
-};
-
-void shadeBlock(std::uint8_t* to, std::ptrdiff_t toPitch, const std::uint8_t* from, std::ptrdiff_t fromPitch,
-                std::size_t size, std::int32_t shade, const std::int16_t (&tint)[3]) {
-  const ShadedChannel blue(0x001F, shade, tint[0]), green(0x03E0, shade, tint[1]), red(0x7C00, shade * 32, tint[2]);
-  for (std::size_t row = 0; row < size; ++row, to += toPitch, from += fromPitch)
-    for (std::size_t i = 0; i < size; ++i) {
-      const std::uint32_t pixel = load16(from + 2 * i);
-      store16(to + 2 * i, static_cast<std::uint16_t>(blue.of(pixel) | green.of(pixel) | red.of(pixel)));
-    }
+/// One channel in its place with its shade and its tint. The bounds stand in for saturation at 16 bits: within them no
+/// sum leaves that range, and beyond them they give what saturation would. All numbers have 16 bits, so that vectors
+/// hold many.
+template <std::int16_t Mask>
+[[gnu::always_inline]] inline std::int16_t shadedChannel(std::int16_t pixel, std::int16_t shade, std::int16_t tint) {
+  const auto cap = static_cast<std::int16_t>(32767 - (shade > 0 ? shade : 0));
+  const auto low = static_cast<std::int16_t>(-32768 - (tint < 0 ? tint : 0));
+  const auto high = static_cast<std::int16_t>(32767 - (tint > 0 ? tint : 0));
+  auto value = static_cast<std::int16_t>(pixel & Mask);
+  value = value < cap ? value : cap;
+  value = static_cast<std::int16_t>(value + shade);
+  value = value > low ? value : low;
+  value = value < high ? value : high;
+  value = static_cast<std::int16_t>(value + tint);
+  value = value > 0 ? value : std::int16_t{0};
+  value = value < Mask ? value : Mask;
+  return static_cast<std::int16_t>(value & Mask);
 }
 
-constexpr LandscapeKernels kernelsOfThisFile = {sumColumns, smoothSums, waveRow<false>, waveRow<true>, shadeBlock};
+void shadePixels(std::uint8_t* __restrict to, const std::uint8_t* __restrict from, const std::int16_t* shades,
+                 std::size_t count, const std::int16_t (&tint)[3]) {
+  const std::int16_t blue = tint[0], green = tint[1], red = tint[2];
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto pixel = static_cast<std::int16_t>(load16(from + 2 * i));
+    const std::int16_t shade = shades[i];
+    const int out = shadedChannel<0x001F>(pixel, shade, blue) | shadedChannel<0x03E0>(pixel, shade, green) |
+                    shadedChannel<0x7C00>(pixel, static_cast<std::int16_t>(shade * 32), red);
+    store16(to + 2 * i, static_cast<std::uint16_t>(out));
+  }
+}
+
+constexpr LandscapeKernels kernelsOfThisFile = {sumColumns, smoothSums, waveRow<false>, waveRow<true>, shadePixels};
 
 }  // namespace
 

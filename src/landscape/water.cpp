@@ -1,6 +1,7 @@
 // The water ripple map: one step of its waves, and an image seen through them.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -37,6 +38,17 @@ std::int16_t cut(std::int32_t value) { return static_cast<std::int16_t>(value); 
 /// Greatest position in an image, as positions saturate at 16 bits.
 constexpr std::int32_t farthest = std::numeric_limits<std::int16_t>::max();
 
+/// Memory that rows of bytes take up; the rows may go upwards.
+struct Extent {
+  std::int64_t begin, end;
+
+  Extent(const std::uint8_t* first, std::int64_t bytes, std::int64_t pitch = 0, std::int64_t rows = 1)
+      : begin(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(first)) + std::min(pitch * (rows - 1), {})),
+        end(begin + std::abs(pitch * (rows - 1)) + bytes) {}
+
+  [[nodiscard]] bool touches(const Extent& other) const { return begin < other.end && other.begin < end; }
+};
+
 /// The arguments of a refraction.
 struct Refraction {
   std::uint8_t* dest;  ///< the first block's first pixel
@@ -68,28 +80,55 @@ struct Refraction {
   }
 
 private:
+  /// What is shaded at once.
+  static constexpr std::int32_t mostPixels = 512;
+
+  /// Cells of one row, side by side.
+  struct Cells {
+    const std::uint8_t* water;
+    std::uint8_t* to;
+    std::int64_t x, y;  ///< place in the image that the first one shows in still water
+    std::int32_t count;
+
+    [[nodiscard]] Cells part(std::int32_t first, std::int32_t some, std::int32_t size) const {
+      return {water + std::ptrdiff_t{2} * first, to + std::ptrdiff_t{2} * first * size, x + std::int64_t{first} * size,
+              y, some};
+    }
+  };
+
   /// Size: the cells' when it is known beforehand, else 0.
   template <std::int32_t Size>
   void drawCells() const {
     const std::int32_t size = Size != 0 ? Size : cellSize;
+    const std::int32_t together = size < mostPixels ? mostPixels / size : 1;
+    for (std::int64_t j = 0; j < cellsY; ++j) {
+      const Cells row{water + j * waterPitch, dest + j * size * destPitch, imageX, imageY + j * size, cellsX};
+      if (shadeShift == 0)
+        copyCells<Size>(row);
+      else
+        for (std::int32_t i = 0, some = 0; i < cellsX; i += some) {
+          some = std::min(together, cellsX - i);
+          shadeCells<Size>(row.part(i, some, size));
+        }
+    }
+  }
+
+  /// Calls `use(k, from)` with the first pixel of each cell's block in the image.
+  template <std::int32_t Size, typename Use>
+  void findBlocks(const Cells& cells, Use use) const {
+    const std::int32_t size = Size != 0 ? Size : cellSize;
     const std::int32_t lastX = std::min(imageWidth - size, farthest);
     const std::int32_t lastY = std::min(imageHeight - size, farthest);
-    for (std::int64_t j = 0; j < cellsY; ++j) {
-      const std::uint8_t* cell = water + j * waterPitch;
-      std::uint8_t* to = dest + j * size * destPitch;
-      const std::int32_t y = nominal(imageY + j * size);
-      for (std::int64_t i = 0; i < cellsX; ++i, cell += 2, to += std::ptrdiff_t{2} * size) {
-        const std::int32_t height = cut(load16(cell));
-        const std::int32_t right = cut(load16(cell + 2));
-        const std::int32_t lower = cut(load16(cell + waterPitch));
-        const std::int32_t fromX = std::clamp(nominal(imageX + i * size) + (cut(height - right) >> 3), 0, lastX);
-        const std::int32_t fromY = std::clamp(y + (cut(height - lower) >> 3), 0, lastY);
-        const std::uint8_t* from = image + std::ptrdiff_t{fromY} * imagePitch + std::ptrdiff_t{fromX} * 2;
-        if (shadeShift == 0)
-          copyBlock(to, from, size);
-        else
-          shadeBlock(to, from, size, height - cut(load16(cell + waterPitch - 2)));
-      }
+    const std::int32_t y = nominal(cells.y);
+    const std::uint8_t* cell = cells.water;
+    for (std::int32_t k = 0; k < cells.count; ++k, cell += 2) {
+      const std::int32_t height = cut(load16(cell));
+      const std::int32_t right = cut(load16(cell + 2));
+      const std::int32_t lower = cut(load16(cell + waterPitch));
+      const std::int32_t x = nominal(cells.x + std::int64_t{k} * size);
+      const std::int32_t fromX = std::clamp(x + (cut(height - right) >> 3), 0, lastX);
+      const std::int32_t fromY = std::clamp(y + (cut(height - lower) >> 3), 0, lastY);
+      use(k, image + std::ptrdiff_t{fromY} * imagePitch + std::ptrdiff_t{fromX} * 2);
     }
   }
 
@@ -98,15 +137,64 @@ private:
     return static_cast<std::int32_t>(std::min<std::int64_t>(position, 2 * farthest));
   }
 
-  void copyBlock(std::uint8_t* to, const std::uint8_t* from, std::int32_t size) const {
-    for (std::int32_t row = 0; row < size; ++row, from += imagePitch, to += destPitch)
-      std::memmove(to, from, static_cast<std::size_t>(size) * 2);
+  template <std::int32_t Size>
+  void copyCells(const Cells& cells) const {
+    const std::int32_t size = Size != 0 ? Size : cellSize;
+    findBlocks<Size>(cells, [&](std::int32_t k, const std::uint8_t* from) {
+      std::uint8_t* to = cells.to + std::ptrdiff_t{2} * k * size;
+      for (std::int32_t row = 0; row < size; ++row, from += imagePitch, to += destPitch)
+        std::memmove(to, from, static_cast<std::size_t>(size) * 2);
+    });
   }
 
   /// The channels are always taken apart as 5-5-5. The shade comes first, then the tint.
-  void shadeBlock(std::uint8_t* to, const std::uint8_t* from, std::int32_t size, std::int32_t slope) const {
-    landscapeKernels->shadeBlock(to, destPitch, from, imagePitch, static_cast<std::size_t>(size),
-                                 (slope >> (shadeShift - 1)) * 4, tint);
+  template <std::int32_t Size>
+  void shadeCells(const Cells& cells) const {
+    const std::int32_t size = Size != 0 ? Size : cellSize;
+    const std::uint8_t *from[mostPixels], *lowest = nullptr, *highest = nullptr;
+    std::int16_t shades[mostPixels];
+    findBlocks<Size>(cells, [&](std::int32_t k, const std::uint8_t* block) {
+      from[k] = block;
+      lowest = k == 0 ? block : std::min(lowest, block);
+      highest = k == 0 ? block : std::max(highest, block);
+      const std::uint8_t* const cell = cells.water + std::ptrdiff_t{2} * k;
+      const std::int32_t slope = cut(load16(cell)) - cut(load16(cell + waterPitch - 2));
+      std::fill_n(shades + k * std::min(size, mostPixels), std::min(size, mostPixels),
+                  cut((slope >> (shadeShift - 1)) * 4));
+    });
+    const bool alone = isApart(cells, lowest, highest, size);
+    if (cells.count == 1) return shadeCell(cells.to, from[0], shades, alone ? mostPixels : 1);
+    if (!alone) {
+      for (std::int32_t k = 0; k < cells.count; ++k) shadeCells<Size>(cells.part(k, 1, size));
+      return;
+    }
+    std::uint8_t pixels[2 * mostPixels];
+    for (std::int64_t row = 0; row < size; ++row) {
+      for (std::int32_t k = 0; k < cells.count; ++k)
+        std::memcpy(pixels + 2 * k * size, from[k] + row * imagePitch, static_cast<std::size_t>(size) * 2);
+      landscapeKernels->shadePixels(cells.to + row * destPitch, pixels, shades,
+                                    static_cast<std::size_t>(cells.count) * static_cast<std::size_t>(size), tint);
+    }
+  }
+
+  /// One cell's block, `most` pixels at a time.
+  void shadeCell(std::uint8_t* to, const std::uint8_t* from, const std::int16_t* shades, std::int32_t most) const {
+    for (std::int32_t row = 0; row < cellSize; ++row, from += imagePitch, to += destPitch)
+      for (std::int32_t done = 0; done < cellSize; done += std::min(most, cellSize - done))
+        landscapeKernels->shadePixels(to + std::ptrdiff_t{2} * done, from + std::ptrdiff_t{2} * done, shades,
+                                      static_cast<std::size_t>(std::min(most, cellSize - done)), tint);
+  }
+
+  /// False where pixels drawn for these cells may be read for them, as image or as water, or drawn twice.
+  [[nodiscard]] bool isApart(const Cells& cells, const std::uint8_t* lowest, const std::uint8_t* highest,
+                             std::int32_t size) const {
+    const std::int64_t width = std::int64_t{2} * size * cells.count;
+    const Extent drawn(cells.to, width, destPitch, size);
+    const Extent seen(lowest, highest - lowest + std::int64_t{2} * size, imagePitch, size);
+    const Extent heights(cells.water, std::int64_t{2} * cells.count + 2);
+    const Extent lowerHeights(cells.water + waterPitch - 2, std::int64_t{2} * cells.count + 2);
+    const bool rowsApart = size == 1 || std::abs(std::int64_t{destPitch}) >= width;
+    return rowsApart && !drawn.touches(seen) && !drawn.touches(heights) && !drawn.touches(lowerHeights);
   }
 };
 
