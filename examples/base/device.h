@@ -30,6 +30,7 @@ public:
 
   [[nodiscard]] Bitmap* frame() const { return frame_.get(); }
   [[nodiscard]] Device3D* device() const { return device_.get(); }
+  [[nodiscard]] Camera* camera() const { return camera_.get(); }
 
   /// A texture of one level from an image of the stage's format, its width a power of two from 4 to 1024.
   std::unique_ptr<Texture, TextureDelete> texture(const Image& image) const;

@@ -3,11 +3,16 @@
 
 #include <algorithm>
 
+#include <kxgraphic/mmgr.h>
+
 namespace demo {
 
 namespace {
 
-/// The screen's functions have no table of the library's own, so the program fills one.
+constexpr std::uint32_t bufferFlags[] = {0, KX_MODE_TWO_BUFFERS, KX_MODE_THREE_BUFFERS};
+
+}  // namespace
+
 ScreenMethods* screenMethods() {
   static ScreenMethods table = {0x10000,
                                 KX_getDriverTechnology,
@@ -22,10 +27,6 @@ ScreenMethods* screenMethods() {
                                 KX_waitForVerticalBlankEnd};
   return &table;
 }
-
-constexpr std::uint32_t bufferFlags[] = {0, KX_MODE_TWO_BUFFERS, KX_MODE_THREE_BUFFERS};
-
-}  // namespace
 
 Display::Display(Window& window) : window_(window) { KX_CHECK(KX_createScreen(&screen_, nullptr, 0, screenMethods())); }
 
@@ -58,6 +59,15 @@ void Display::present(const Image& image, int left, int top, int width, int heig
 void Display::place(int& x, int& y) const {
   x = std::clamp((x - shownLeft_) / factor_, 0, shownWidth_ - 1);
   y = std::clamp((y - shownTop_) / factor_, 0, shownHeight_ - 1);
+}
+
+std::vector<VideoMode> Display::modes() const {
+  VideoMode* list = nullptr;
+  std::int32_t count = 0;
+  KX_CHECK(KX_getVideoModeList(screen_, &list, &count));
+  std::vector<VideoMode> modes(list, list + count);
+  mmgr_free(list);
+  return modes;
 }
 
 }  // namespace demo

@@ -2,10 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <vector>
+
 #include "image.h"
 #include "window.h"
 
 namespace demo {
+
+/// The screen's functions have no table of the library's own, so the program fills one.
+ScreenMethods* screenMethods();
 
 class Display {
 public:
@@ -19,6 +24,9 @@ public:
 
   [[nodiscard]] int buffers() const { return screen_->bufferCount; }
   [[nodiscard]] bool full() const { return full_; }
+
+  /// What KX_getVideoModeList tells.
+  [[nodiscard]] std::vector<VideoMode> modes() const;
 
   /// Format code of the buffers.
   [[nodiscard]] std::uint32_t format() const { return screen_->front->format & KX_FORMAT_CODE_MASK; }

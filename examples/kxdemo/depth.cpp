@@ -124,9 +124,16 @@ private:
       KX_CHECK(
           KX_drawLineZBuffer(field, z, from.x, from.y, to.x, to.y, rainbow(i / double{rays}), i % 2 == 0 ? 100 : 160));
     }
-    for (int i = 0; i < 400; ++i) {
-      const Point at = onCircle(i * 0.618 - t * 0.1, i % 88);
-      KX_CHECK(KX_setPixelZBuffer(field, z, at.x, at.y, colour(255, 255, 255), 140));
+    // Points on two rings that cross the plate: half of each is in front of it.
+    for (int i = 0; i < 1600; ++i) {
+      const double angle = i * turn / 1600 + t * 0.4;
+      const int tilt = i % 2 == 0 ? 1 : -1;
+      const int wobble = i * 7 % 5 - 2;
+      const int x = width / 2 + static_cast<int>(std::lround((76 + wobble) * std::cos(angle)));
+      const int y =
+          height / 2 + static_cast<int>(std::lround((26 + wobble) * std::sin(angle) + tilt * 34 * std::cos(angle)));
+      KX_CHECK(KX_setPixelZBuffer(field, z, x, y, colour(255, 244, 200),
+                                  128 - static_cast<int>(std::lround(60 * std::sin(angle)))));
     }
   }
 

@@ -40,10 +40,14 @@ public:
     });
 
     show("Dots every 2 to 11 steps, marching", "KX_drawDottedLine", [&](Bitmap* field) {
-      for (int spacing = 2; spacing <= 11; ++spacing) {
-        const int start = static_cast<int>(t * 20) % spacing;
-        KX_CHECK(KX_drawDottedLine(field, 6 + start, spacing * 16 - 20, width - 6, spacing * 16 - 8,
-                                   rainbow(spacing / 11.0), spacing));
+      constexpr int most = 11;
+      for (int i = 0; i < 88; ++i) {
+        const double part = i / 88.0;
+        const int spacing = 2 + i * (most - 1) / 88;
+        const double bend = 0.3 + 0.12 * std::sin(t * 0.8);
+        const Point from = onCircle(part, 22 + static_cast<int>(t * 12 + i * 3) % spacing);
+        const Point to = onCircle(part + bend, 88);
+        KX_CHECK(KX_drawDottedLine(field, from.x, from.y, to.x, to.y, rainbow(part), spacing));
       }
     });
 

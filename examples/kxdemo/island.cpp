@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "device.h"
+#include "paint.h"
 #include "scene.h"
 #include "terrain.h"
 
@@ -13,45 +14,65 @@ namespace demo {
 namespace {
 
 constexpr int mapSize = 81;
-constexpr int textureSize = 32;
+/// The ground is painted in patches, each a texture for some cells each way, with a margin for what is rounded at the
+/// edges of triangles.
+constexpr int patchCells = 20;
+constexpr int texelsACell = 6;
+constexpr int margin = 4;
+constexpr int patchSize = patchCells * texelsACell + 2 * margin;
+constexpr int patches = (mapSize - 1) / patchCells;
 /// Row of the frame where sky and sea meet, a little above the far rim of the island.
 constexpr int horizon = 120;
 constexpr float heightScale = 0.09F;
 
-/// A texture of one ground with some grain.
-Image makeGround(Ground ground, std::uint32_t format) {
-  Image image = makeImage(textureSize, textureSize, format);
-  const Rgb base = groundColour(ground);
-  for (int y = 0; y < textureSize; ++y)
-    for (int x = 0; x < textureSize; ++x) {
-      const int grain = ground == Ground::Sea ? static_cast<int>(8 * std::sin(x * 0.4 + y * 0.2))
-                                              : (x * 73 + y * 151 + x * y * 31) % 29 - 14;
-      const auto channel = [&](unsigned value) {
-        return static_cast<unsigned>(std::clamp(static_cast<int>(value) + grain, 0, 255));
-      };
-      KX_CHECK(KX_setPixel(image.get(), x, y,
-                           colour(image.get(), channel(base.red), channel(base.green), channel(base.blue))));
-    }
-  return image;
+/// Height between the cells' corners, with some grain, so that grounds meet in ragged lines.
+double heightBetween(const Terrain& terrain, int texelX, int texelY) {
+  const int x = texelX / texelsACell, y = texelY / texelsACell;
+  const double across = texelX % texelsACell / double{texelsACell};
+  const double down = texelY % texelsACell / double{texelsACell};
+  const double upper = std::lerp(heightAt(terrain, x, y), heightAt(terrain, x + 1, y), across);
+  const double lower = std::lerp(heightAt(terrain, x, y + 1), heightAt(terrain, x + 1, y + 1), across);
+  const double height = std::lerp(upper, lower, down);
+  return height <= seaLevel ? height : std::max(seaLevel + 1.0, height + (grain(texelX / 2, texelY / 2) - 128) / 20.0);
+}
+
+/// The ground of a patch; shallow water is lighter.
+Image paintPatch(const Terrain& terrain, int patchX, int patchY, std::uint32_t format) {
+  return painted(patchSize, patchSize, format, [&](int x, int y) {
+    const auto texel = [](int patch, int at) { return std::max(0, patch * patchCells * texelsACell + at - margin); };
+    const int texelX = texel(patchX, x), texelY = texel(patchY, y);
+    const double height = heightBetween(terrain, texelX, texelY);
+    const Rgb base = groundColour(groundAt(static_cast<int>(height)));
+    const Tone tone{static_cast<int>(base.red), static_cast<int>(base.green), static_cast<int>(base.blue)};
+    if (height > seaLevel) return pixelOf(format, lighter(tone, grain(texelX, texelY) / 10 - 13));
+    const int shallow = static_cast<int>(std::max(0.0, 14 - (seaLevel - height)) * 4);
+    const int swell = static_cast<int>(5 * std::sin(texelX * 0.4 + texelY * 0.2));
+    return pixelOf(format,
+                   {tone.red + shallow + swell, tone.green + shallow * 3 / 2 + swell, tone.blue + shallow / 2 + swell});
+  });
 }
 
 class Island final : public Scene {
 public:
   explicit Island(const Material& material)
-      : stage_(frameWidth, frameHeight, material.format), terrain_(makeTerrain(stage_.device(), mapSize)) {
+      : stage_(frameWidth, frameHeight, material.format),
+        terrain_(makeTerrain(stage_.device(), mapSize)),
+        palms_(palms(4, material.format)) {
+    // Scaled rows are quicker found in plain storage.
+    for (Image& palm : palms_) palm = converted(palm, material.format);
     makeHills(terrain_, 1998);
     sinkRim(terrain_);
-    // The texture table of the landscape names what the cells show.
-    KX_CHECK(LS_setTextureCount(terrain_.get(), grounds));
-    for (int i = 0; i < grounds; ++i) {
-      textures_.push_back(stage_.texture(makeGround(static_cast<Ground>(i), material.format)));
+    // The texture table of the landscape holds the patches; its map tells which one covers a cell.
+    KX_CHECK(LS_setTextureCount(terrain_.get(), patches * patches));
+    for (int i = 0; i < patches * patches; ++i) {
+      textures_.push_back(stage_.texture(paintPatch(terrain_, i % patches, i / patches, material.format)));
       const auto handle = reinterpret_cast<std::uintptr_t>(textures_.back().get());
       KX_CHECK(LS_setTextures(terrain_.get(), i, &handle, 1, 0, 0));
     }
-    for (int y = 0; y < mapSize; ++y)
-      for (int x = 0; x < mapSize; ++x)
+    for (int y = 0; y + 1 < mapSize; ++y)
+      for (int x = 0; x + 1 < mapSize; ++x)
         terrain_->textureMap[y * mapSize + x] =
-            static_cast<std::uint16_t>(1 + static_cast<int>(groundAt(heightAt(terrain_, x, y))));
+            static_cast<std::uint16_t>(1 + y / patchCells * patches + x / patchCells);
     corners_.resize(mapSize * mapSize);
     cells_.reserve(corners_.size());
   }
@@ -78,8 +99,6 @@ public:
   }
 
 private:
-  static constexpr int grounds = 5;
-
   struct Corner {
     VertexFloat vertex{};
     bool visible = false;
@@ -125,11 +144,34 @@ private:
     VertexFloat b = corner(x + 1, y).vertex;
     VertexFloat c = corner(x + 1, y + 1).vertex;
     VertexFloat d = corner(x, y + 1).vertex;
-    constexpr float edge = textureSize - 1;
-    a.u = a.v = b.v = d.u = 0;
-    b.u = c.u = c.v = d.v = edge;
+    const auto left = static_cast<float>(x % patchCells * texelsACell + margin);
+    const auto top = static_cast<float>(y % patchCells * texelsACell + margin);
+    constexpr float edge = texelsACell;
+    a.u = d.u = left;
+    a.v = b.v = top;
+    b.u = c.u = left + edge;
+    c.v = d.v = top + edge;
     drawTriangle(texture, a, b, c);
     drawTriangle(texture, a, c, d);
+    if (isWood(x, y)) drawPalm(x, y, corner(x, y).vertex);
+  }
+
+  /// Some low meadows bear a palm.
+  [[nodiscard]] bool isWood(int x, int y) const {
+    const int height = heightAt(terrain_, x, y);
+    return height > seaLevel + 14 && height < seaLevel + 50 && grain(x * 3, y * 5) < 90;
+  }
+
+  /// A palm with its foot at a place of the frame, sized by its distance. Cells nearer than its own are drawn after it.
+  void drawPalm(int x, int y, const VertexFloat& foot) const {
+    const Image& palm = palms_[static_cast<std::size_t>(grain(y, x)) % palms_.size()];
+    int high = static_cast<int>(1800 / foot.z);
+    int wide = high * palm->width / palm->height;
+    int left = 0, top = 0, width = palm->width, height = palm->height;
+    int atX = static_cast<int>(foot.x) - wide / 2, atY = static_cast<int>(foot.y) - high;
+    if (high > 3 && KX_clipStretchRect(0, 0, width - 1, height - 1, &left, &top, &width, &height, 0, 0, frameWidth - 1,
+                                       frameHeight - 1, &atX, &atY, &wide, &high) != 0)
+      KX_CHECK(KX_bltStretchTransparent(stage_.frame(), atX, atY, wide, high, palm.get(), left, top, width, height));
   }
 
   void drawTriangle(int texture, const VertexFloat& a, const VertexFloat& b, const VertexFloat& c) const {
@@ -142,6 +184,7 @@ private:
 
   Stage stage_;
   Terrain terrain_;
+  Pictures palms_;
   std::vector<std::unique_ptr<Texture, TextureDelete>> textures_;
   std::vector<Corner> corners_;
   std::vector<Cell> cells_;

@@ -21,6 +21,7 @@ public:
   void run(std::size_t index, int frames) {
     index_ = index;
     display_.setMode(2, false);
+    output_.modes = display_.modes();
     begin();
     double due = secondsNow();
     for (int shown = 0; frames == 0 || shown < frames; ++shown) {
@@ -82,7 +83,7 @@ private:
     if (!canvas_ || canvas_->format != display_.format())
       canvas_ = makeImage(frameWidth, frameHeight, display_.format());
     Bitmap* canvas = canvas_.get();
-    Frame frame{seconds_, window_.mouseX, window_.mouseY, window_.mouseDown};
+    Frame frame{seconds_, window_.mouseX, window_.mouseY, window_.mouseDown, &output_};
     display_.place(frame.mouseX, frame.mouseY);
     drawTitled(*scene_, index_, canvas, frame);
     char line[160];
@@ -98,6 +99,7 @@ private:
 
   Window& window_;
   Display display_;
+  Output output_;
   const Image& picture_;
   std::string_view pictureName_;
   Image canvas_;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "image.h"
 
@@ -24,12 +25,18 @@ struct Material {
   [[nodiscard]] Image covering(int width, int height) const;
 };
 
+/// The display that frames go to.
+struct Output {
+  std::vector<VideoMode> modes;
+};
+
 /// What a scene sees of the world when it draws.
 struct Frame {
   double seconds = 0;  ///< since the scene began
   int mouseX = 0;      ///< pixels in the scene, inside it
   int mouseY = 0;
   bool mouseDown = false;
+  const Output* output = nullptr;  ///< null where frames become pictures
 };
 
 class Scene {
@@ -70,17 +77,21 @@ Image formatSheet(const Material& material);
 std::unique_ptr<Scene> makeFormats(const Material& material);
 std::unique_ptr<Scene> makeBitmaps(const Material& material);
 std::unique_ptr<Scene> makeCopies(const Material& material);
+std::unique_ptr<Scene> makeWays(const Material& material);
 std::unique_ptr<Scene> makeDepth(const Material& material);
 std::unique_ptr<Scene> makeStretches(const Material& material);
 std::unique_ptr<Scene> makeLines(const Material& material);
 std::unique_ptr<Scene> makeFills(const Material& material);
 std::unique_ptr<Scene> makeOperations(const Material& material);
 std::unique_ptr<Scene> makePalettes(const Material& material);
+std::unique_ptr<Scene> makeColours(const Material& material);
 std::unique_ptr<Scene> makeSprites(const Material& material);
+std::unique_ptr<Scene> makeCameras(const Material& material);
 std::unique_ptr<Scene> makeSolid(const Material& material);
 std::unique_ptr<Scene> makeRelief(const Material& material);
 std::unique_ptr<Scene> makeIsland(const Material& material);
 std::unique_ptr<Scene> makeWater(const Material& material);
+std::unique_ptr<Scene> makeScreens(const Material& material);
 std::unique_ptr<Scene> makeCoders(const Material& material);
 std::unique_ptr<Scene> makeTables(const Material& material);
 

@@ -20,6 +20,10 @@ std::span<const SceneEntry> scenes() {
        makeCopies, true},
       {"depth", "Depth", "Each way to combine, with a Z buffer and one depth, or a Z map with a depth for each pixel",
        makeDepth, true},
+      {"ways", "Thirty blits",
+       "Five ways to combine pixels; below with a Z buffer, then with a Z map. Copied for three seconds, then "
+       "stretched",
+       makeWays, true},
       {"stretches", "Stretch blits", "The same fifteen, scaled to any size without filtering", makeStretches, true},
       {"lines", "Points, lines and patterns", "Solid, dotted and stamped; plain, blended, with depth, or both",
        makeLines, true},
@@ -28,18 +32,28 @@ std::span<const SceneEntry> scenes() {
       {"operations", "Image operations", "In place, in every format, plain or packed", makeOperations, true},
       {"palettes", "Palettes and colours", "256 entries of blue, green and red; 8-bit pixels follow them at once",
        makePalettes, true},
+      {"colours", "Colours", "Channels of 0 to 255 in every format, and pixels of four bytes from elsewhere",
+       makeColours, true},
       {"sprites", "400 packed sprites sorted by depth",
        "KX_bltCopyTransparentZBuffer, KX_bltCopyTransparentAlphaZBuffer from run-length packed bitmaps", makeSprites,
        true},
       {"solid", "A turning solid",
        "KX_cameraTransformAndProject, KX_beginRendering, KX_drawTexturedTriangleGouraudShade and ...Alpha", makeSolid,
        true},
+      {"cameras", "Six cameras",
+       "KX_create3DDevice, KX_createTexture, KX_createCamera, KX_cameraTransform, KX_cameraProject, textured triangles",
+       makeCameras, true},
       {"relief", "Height maps: an island in six steps",
        "LS_ functions make, smooth, stretch, measure and save the heights of a landscape", makeRelief, false},
       {"island", "A flight over the island",
-       "LS_createLandscape, LS_setTextures, KX_cameraTransform, KX_cameraProject, textured triangles", makeIsland,
-       true},
+       "LS_createLandscape, LS_setTextures, KX_drawTexturedTriangleGouraudShade, KX_bltStretchTransparent for the "
+       "palms",
+       makeIsland, true},
       {"water", "Water, and drops under the mouse", "KX_calculateWaterMap, KX_drawWaterBitmap", makeWater, true},
+      {"screens", "How frames reach the display",
+       "KX_createScreen makes one to three buffers for a window; KX_flip shows what is drawn. Try the keys 1, 2, 3 and "
+       "F",
+       makeScreens, true},
       {"coders", "Coders", "LZ_compress, RLE_compressWords, their opposites, and KX_calculateCRC over each frame",
        makeCoders, false},
       {"tables", "Method tables and drivers",
@@ -68,7 +82,8 @@ void drawTitled(Scene& scene, std::size_t index, Bitmap* target, const Frame& fr
 
 Frame visitedAt(double seconds) {
   return {seconds, frameWidth / 2 + static_cast<int>(190 * std::sin(seconds * 1.1)),
-          frameHeight / 2 + static_cast<int>(120 * std::sin(seconds * 1.7 + 0.4)), std::fmod(seconds, 0.75) < 0.12};
+          frameHeight / 2 + static_cast<int>(120 * std::sin(seconds * 1.7 + 0.4)), std::fmod(seconds, 0.75) < 0.12,
+          nullptr};
 }
 
 }  // namespace demo

@@ -82,8 +82,10 @@ public:
              "put functions of its own into a table, as here.",
              colour(target, 205, 212, 224), 2);
     drawText(target, 10, headHeight + 384,
-             "In a window this frame reaches the screen by KX_createScreen, KX_setMode (KX_MODE_WINDOWED, or\n"
-             "KX_MODE_FULL_SCREEN by key F; one to three buffers by keys 1 to 3) and KX_flip.",
+             "KX_getBitmapInterface and KX_get3DDeviceInterface fill tables with the library's functions and a "
+             "driver's over\n"
+             "them, KX_getScreenInterface with a driver's only; KX_getDriverTechnology tells whose they are.\n"
+             "A fault is an object of its class, thrown by KX_reportError when no log can be written.",
              colour(target, 255, 214, 110));
   }
 
