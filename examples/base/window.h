@@ -1,10 +1,21 @@
-// The window that the demo opens: by SDL2 or by Windows itself.
+// The window that the examples open: by SDL2 or by Windows itself.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string_view>
+
+#include "point.h"
 
 namespace demo {
+
+/// Keys that mean something.
+enum class Key { Escape, Enter, Left, Right, Up, Down, Space, F, One, Two, Three };
+constexpr int keyCount = 11;
+
+/// The key of a name in small letters: "left", "f", "1".
+std::optional<Key> keyOf(std::string_view name);
 
 /// What happened since the last look.
 struct Events {
@@ -31,13 +42,30 @@ public:
   /// What KX_setMode takes.
   [[nodiscard]] virtual void* handle() const = 0;
 
-  virtual Events poll() = 0;
   virtual void setTitle(const char* title) = 0;
 
-  int mouseX = 0;
-  int mouseY = 0;
+  /// Looks at what the system has to tell.
+  Events poll();
+
+  /// Tells the system what a user would: the same way that real keys and mice take. poll() sees it.
+  virtual void sendKey(Key key, bool down) = 0;
+  virtual void sendMouse(Point at) = 0;
+  virtual void sendButton(Point at, bool down) = 0;
+
+  Point mouse;
   bool mouseDown = false;
   Keys keys;
+
+protected:
+  /// Hands what the system tells to the functions below.
+  virtual void receive() = 0;
+
+  void close() { events_.quit = true; }
+  void press(Key key, bool repeated);
+  void hold(Key key, bool down);
+
+private:
+  Events events_;
 };
 
 /// Null when there is no display.

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include <SDL.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
-#include <string_view>
 
 #include "window.h"
 
 namespace demo {
 
 namespace {
+
+/// In the order of Key.
+constexpr std::array<SDL_Keycode, keyCount> codes{SDLK_ESCAPE, SDLK_RETURN, SDLK_LEFT, SDLK_RIGHT, SDLK_UP, SDLK_DOWN,
+                                                  SDLK_SPACE,  SDLK_f,      SDLK_1,    SDLK_2,     SDLK_3};
 
 class SdlWindow final : public Window {
 public:
@@ -23,47 +28,60 @@ public:
   [[nodiscard]] void* handle() const override { return window_; }
   void setTitle(const char* title) override { SDL_SetWindowTitle(window_, title); }
 
-  Events poll() override {
-    Events events;
-    SDL_Event event;
-    while (SDL_PollEvent(&event) != 0) {
-      if (event.type == SDL_QUIT) events.quit = true;
-      if (event.type == SDL_KEYDOWN && event.key.repeat == 0) key(event.key.keysym.sym, events);
-    }
-    mouseDown = (SDL_GetMouseState(&mouseX, &mouseY) & SDL_BUTTON_LMASK) != 0;
-    const Uint8* held = SDL_GetKeyboardState(nullptr);
-    keys = {held[SDL_SCANCODE_LEFT] != 0, held[SDL_SCANCODE_RIGHT] != 0, held[SDL_SCANCODE_UP] != 0,
-            held[SDL_SCANCODE_DOWN] != 0, held[SDL_SCANCODE_SPACE] != 0};
-    return events;
+  void sendKey(Key key, bool down) override {
+    SDL_Event event{};
+    event.type = down ? SDL_KEYDOWN : SDL_KEYUP;
+    event.key.keysym.sym = codes[static_cast<std::size_t>(key)];
+    SDL_PushEvent(&event);
+  }
+  void sendMouse(Point at) override {
+    SDL_Event event{};
+    event.type = SDL_MOUSEMOTION;
+    event.motion.x = at.x;
+    event.motion.y = at.y;
+    SDL_PushEvent(&event);
+  }
+  void sendButton(Point at, bool down) override {
+    SDL_Event event{};
+    event.type = down ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP;
+    event.button.button = SDL_BUTTON_LEFT;
+    event.button.x = at.x;
+    event.button.y = at.y;
+    SDL_PushEvent(&event);
   }
 
 private:
-  static void key(SDL_Keycode code, Events& events) {
-    switch (code) {
-      case SDLK_ESCAPE:
-        events.quit = true;
+  void receive() override {
+    SDL_Event event;
+    while (SDL_PollEvent(&event) != 0) handle(event);
+  }
+
+  void handle(const SDL_Event& event) {
+    switch (event.type) {
+      case SDL_QUIT:
+        close();
         break;
-      case SDLK_RIGHT:
-      case SDLK_RETURN:
-        events.next = true;
+      case SDL_KEYDOWN:
+      case SDL_KEYUP: {
+        const auto found = std::find(codes.begin(), codes.end(), event.key.keysym.sym);
+        if (found == codes.end()) break;
+        const auto key = static_cast<Key>(found - codes.begin());
+        if (event.type == SDL_KEYDOWN)
+          press(key, event.key.repeat != 0);
+        else
+          hold(key, false);
         break;
-      case SDLK_LEFT:
-        events.previous = true;
+      }
+      case SDL_MOUSEMOTION:
+        mouse = {event.motion.x, event.motion.y};
         break;
-      case SDLK_SPACE:
-        events.pause = true;
+      case SDL_MOUSEBUTTONDOWN:
+      case SDL_MOUSEBUTTONUP:
+        mouse = {event.button.x, event.button.y};
+        if (event.button.button == SDL_BUTTON_LEFT) mouseDown = event.type == SDL_MOUSEBUTTONDOWN;
         break;
-      case SDLK_f:
-        events.fullScreen = true;
-        break;
-      case SDLK_1:
-        events.buffers = 1;
-        break;
-      case SDLK_2:
-        events.buffers = 2;
-        break;
-      case SDLK_3:
-        events.buffers = 3;
+      case SDL_WINDOWEVENT:
+        if (event.window.event == SDL_WINDOWEVENT_FOCUS_LOST) keys = {};
         break;
       default:
         break;

@@ -1,17 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include <windows.h>
 
+#include <algorithm>
+#include <array>
+
 #include "window.h"
 
 namespace demo {
 
 namespace {
 
+/// In the order of Key.
+constexpr std::array<WPARAM, keyCount> codes{VK_ESCAPE, VK_RETURN, VK_LEFT, VK_RIGHT, VK_UP, VK_DOWN,
+                                             VK_SPACE,  'F',       '1',     '2',      '3'};
+
+/// A place as messages carry it.
+LPARAM packed(Point at) { return MAKELPARAM(at.x, at.y); }
+Point place(LPARAM data) { return {static_cast<short>(LOWORD(data)), static_cast<short>(HIWORD(data))}; }
+
 class Win32Window final : public Window {
 public:
   Win32Window(int width, int height) {
     WNDCLASSA description{};
-    description.lpfnWndProc = receive;
+    description.lpfnWndProc = receiveMessage;
     description.hInstance = GetModuleHandleA(nullptr);
     description.hCursor = LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW));
     description.lpszClassName = "kxdemo";
@@ -31,19 +42,24 @@ public:
   [[nodiscard]] void* handle() const override { return window_; }
   void setTitle(const char* title) override { SetWindowTextA(window_, title); }
 
-  Events poll() override {
+  void sendKey(Key key, bool down) override {
+    PostMessageA(window_, down ? WM_KEYDOWN : WM_KEYUP, codes[static_cast<std::size_t>(key)], 0);
+  }
+  void sendMouse(Point at) override { PostMessageA(window_, WM_MOUSEMOVE, 0, packed(at)); }
+  void sendButton(Point at, bool down) override {
+    PostMessageA(window_, down ? WM_LBUTTONDOWN : WM_LBUTTONUP, 0, packed(at));
+  }
+
+private:
+  void receive() override {
     MSG message;
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
       TranslateMessage(&message);
       DispatchMessageA(&message);
     }
-    const Events seen = events_;
-    events_ = {};
-    return seen;
   }
 
-private:
-  static LRESULT CALLBACK receive(HWND window, UINT message, WPARAM word, LPARAM data) {
+  static LRESULT CALLBACK receiveMessage(HWND window, UINT message, WPARAM word, LPARAM data) {
     if (message == WM_NCCREATE)
       SetWindowLongPtrA(window, GWLP_USERDATA,
                         reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTA*>(data)->lpCreateParams));
@@ -55,25 +71,27 @@ private:
   bool handleMessage(UINT message, WPARAM word, LPARAM data) {
     switch (message) {
       case WM_CLOSE:
-        events_.quit = true;
+        close();
         return true;
       case WM_LBUTTONDOWN:
-        mouseDown = true;
-        return true;
       case WM_LBUTTONUP:
-        mouseDown = false;
+        mouseDown = message == WM_LBUTTONDOWN;
+        mouse = place(data);
         return true;
       case WM_MOUSEMOVE:
-        mouseX = static_cast<short>(LOWORD(data));
-        mouseY = static_cast<short>(HIWORD(data));
+        mouse = place(data);
         return true;
       case WM_KEYDOWN:
-        if ((data & (1 << 30)) == 0) key(word);
-        hold(word, true);
+      case WM_KEYUP: {
+        const auto found = std::find(codes.begin(), codes.end(), word);
+        if (found == codes.end()) return false;
+        const auto key = static_cast<Key>(found - codes.begin());
+        if (message == WM_KEYDOWN)
+          press(key, (data & (1 << 30)) != 0);
+        else
+          hold(key, false);
         return true;
-      case WM_KEYUP:
-        hold(word, false);
-        return true;
+      }
       case WM_KILLFOCUS:
         keys = {};
         return true;
@@ -82,58 +100,7 @@ private:
     }
   }
 
-  void hold(WPARAM code, bool down) {
-    switch (code) {
-      case VK_LEFT:
-        keys.left = down;
-        break;
-      case VK_RIGHT:
-        keys.right = down;
-        break;
-      case VK_UP:
-        keys.up = down;
-        break;
-      case VK_DOWN:
-        keys.down = down;
-        break;
-      case VK_SPACE:
-        keys.space = down;
-        break;
-      default:
-        break;
-    }
-  }
-
-  void key(WPARAM code) {
-    switch (code) {
-      case VK_ESCAPE:
-        events_.quit = true;
-        break;
-      case VK_RIGHT:
-      case VK_RETURN:
-        events_.next = true;
-        break;
-      case VK_LEFT:
-        events_.previous = true;
-        break;
-      case VK_SPACE:
-        events_.pause = true;
-        break;
-      case 'F':
-        events_.fullScreen = true;
-        break;
-      case '1':
-      case '2':
-      case '3':
-        events_.buffers = static_cast<int>(code) - '0';
-        break;
-      default:
-        break;
-    }
-  }
-
   HWND window_ = nullptr;
-  Events events_;
 };
 
 }  // namespace

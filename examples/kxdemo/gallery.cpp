@@ -8,7 +8,6 @@
 
 #include "animation.h"
 #include "scene.h"
-#include "window.h"
 
 namespace demo {
 
@@ -58,18 +57,6 @@ void figure(std::string& page, std::string_view file, std::string_view title, st
   page += std::string("<figure") + kind + "><img src=\"" + std::string(file) + "\" alt=\"" + escaped(title) +
           "\">\n<figcaption><b>" + escaped(title) + "</b><br><code>" + escaped(calls) +
           "</code></figcaption></figure>\n";
-}
-
-/// Draws a scene frame by frame from its beginning; `seen` gets each frame's number.
-template <typename Seen>
-Image played(std::size_t index, const Material& material, int frames, Seen seen) {
-  const std::unique_ptr<Scene> scene = scenes()[index].make(material);
-  Image image = makeImage(frameWidth, frameHeight, material.format);
-  for (int i = 0; i <= frames; ++i) {
-    drawTitled(*scene, index, image.get(), visitedAt(i / framesASecond));
-    seen(i, image);
-  }
-  return image;
 }
 
 }  // namespace
@@ -123,27 +110,6 @@ void writeGallery(const std::string& folder, const Image& picture, std::string_v
   if (!opened || std::fwrite(page.data(), 1, page.size(), opened.get()) != page.size())
     throw Error(exitNotWritten, file + ": cannot be written");
   std::printf("%s\n", file.c_str());
-}
-
-void measureScenes(const Image& picture, std::string_view pictureName) {
-  const Material material{picture, pictureName, KX_FORMAT_555};
-  for (std::size_t i = 0; i < scenes().size(); ++i) {
-    double total = 0;
-    double longest = 0;
-    double before = 0;
-    int frames = 0;
-    played(i, material, 300, [&](int frame, const Image&) {
-      const double now = secondsNow();
-      // The first frame includes making the scene.
-      if (frame > 0) {
-        total += now - before;
-        longest = std::max(longest, now - before);
-        ++frames;
-      }
-      before = now;
-    });
-    std::printf("%-12s %6.2f ms a frame, at most %6.2f\n", scenes()[i].name, total / frames * 1000, longest * 1000);
-  }
 }
 
 }  // namespace demo

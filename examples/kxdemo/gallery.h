@@ -9,14 +9,11 @@
 
 namespace demo {
 
-/// Writes the gallery into a folder, which is made, and prints a line for each scene and the page's place. The stills are
-/// those after `frames` frames, or of the usual number for 0.
+/// Writes the gallery into a folder, which is made, and prints a line for each scene and the page's place. The stills
+/// are those after `frames` frames, or of the usual number for 0.
 void writeGallery(const std::string& folder, const Image& picture, std::string_view pictureName, int frames);
 
 /// Writes one picture in all formats as a sheet into a folder and prints its place.
 void writeSheet(const std::string& folder, const Image& picture, std::string_view pictureName);
-
-/// Draws every scene for some seconds of its time, as fast as it goes, and prints what a frame takes.
-void measureScenes(const Image& picture, std::string_view pictureName);
 
 }  // namespace demo

@@ -3,6 +3,7 @@
 //   kxdemo --gallery FOLDER           writes every scene as a picture, and a page that shows them
 //   kxdemo --sheet FOLDER [PICTURE]   writes a picture in every bitmap format, as one PNG file
 //   kxdemo --list, --measure          names the scenes; tells what their frames take
+//   --keys WORDS plays the part of the visitor in the window: "right right space mouse:320,240 wait:30 escape"
 //   --picture FILE shows another picture; --frames COUNT ends after that many, in the gallery of each scene
 // SPDX-License-Identifier: MIT
 #include <cstdint>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "gallery.h"
+#include "measure.h"
 #include "player.h"
 #include "program.h"
 #include "scene.h"
@@ -30,6 +32,7 @@ struct Options {
   std::string galleryFolder;
   std::string sheetFolder;
   std::string picture;  ///< a file, or nothing for the demo's own
+  std::optional<demo::Script> keys;
   int frames = 0;
   bool list = false;
   bool measure = false;
@@ -51,6 +54,8 @@ std::optional<Options> parse(const std::vector<std::string>& arguments) {
       options.sheetFolder = arguments[++i];
     } else if (argument == "--picture" && hasValue) {
       options.picture = arguments[++i];
+    } else if (argument == "--keys" && hasValue) {
+      options.keys.emplace(arguments[++i]);
     } else if (argument == "--frames" && hasValue) {
       options.frames = demo::numberOf(argument, arguments[++i], 1);
     } else if (argument.starts_with("--")) {
@@ -67,7 +72,7 @@ std::optional<Options> parse(const std::vector<std::string>& arguments) {
   return options;
 }
 
-int run(const Options& options) {
+int run(Options& options) {
   if (options.list) {
     for (const demo::SceneEntry& entry : demo::scenes()) std::printf("%-12s %s\n", entry.name, entry.title);
     return 0;
@@ -91,7 +96,7 @@ int run(const Options& options) {
   const auto scenes = demo::scenes();
   while (!options.scene.empty() && index < scenes.size() && options.scene != scenes[index].name) ++index;
   if (index == scenes.size()) throw demo::Error(demo::exitUsage, "no scene " + options.scene + "; --list names them");
-  if (!demo::play(index, picture, pictureName, options.frames))
+  if (!demo::play(index, picture, pictureName, options.frames, options.keys ? &*options.keys : nullptr))
     throw demo::Error(demo::exitNoDisplay, "no display; --gallery FOLDER writes the scenes as pictures");
   return 0;
 }
@@ -100,10 +105,10 @@ int run(const Options& options) {
 
 int main(int argc, char** argv) {
   return demo::guarded("kxdemo", [&] {
-    const std::optional<Options> options = parse({argv + 1, argv + argc});
+    std::optional<Options> options = parse({argv + 1, argv + argc});
     if (options) return run(*options);
     std::fputs(
-        "usage: kxdemo [SCENE] [--picture FILE] [--frames COUNT]\n"
+        "usage: kxdemo [SCENE] [--picture FILE] [--frames COUNT] [--keys WORDS]\n"
         "       kxdemo --gallery FOLDER [--picture FILE] [--frames COUNT]\n"
         "       kxdemo --sheet FOLDER [PICTURE]\n"
         "       kxdemo --list | --measure\n",

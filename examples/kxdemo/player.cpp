@@ -18,7 +18,8 @@ public:
   Show(Window& window, const Image& picture, std::string_view pictureName)
       : window_(window), display_(window), picture_(picture), pictureName_(pictureName) {}
 
-  void run(std::size_t index, int frames) {
+  /// Ends at the user's wish, after a number of frames above 0, or with a script, of which each step is told.
+  void run(std::size_t index, int frames, Script* script) {
     index_ = index;
     display_.setMode(2, false);
     output_.modes = display_.modes();
@@ -26,6 +27,7 @@ public:
     double due = secondsNow();
     for (int shown = 0; frames == 0 || shown < frames; ++shown) {
       const double started = secondsNow();
+      const std::string word = script != nullptr ? script->play(window_) : "";
       const Events events = window_.poll();
       if (events.quit) break;
       obey(events);
@@ -33,6 +35,9 @@ public:
       const double drawn = secondsNow();
       display_.present(canvas_, 0, 0, frameWidth, frameHeight);
       count(drawn - started, secondsNow() - drawn);
+      if (!word.empty()) tell(word);
+      if (script != nullptr && script->over()) break;
+
       if (!paused_) seconds_ += secondsAFrame;
       // Frames are due at fixed times, so that a late one does not move the next.
       due = std::max(due + secondsAFrame, secondsNow() - secondsAFrame);
@@ -46,6 +51,15 @@ public:
   }
 
 private:
+  /// What came of a word of the script.
+  void tell(const std::string& word) const {
+    Point at = window_.mouse;
+    display_.place(at.x, at.y);
+    std::printf("%-16s %s, %s, %s, %d buffer%s, mouse %d,%d %s\n", word.c_str(), scenes()[index_].name,
+                paused_ ? "paused" : "moving", display_.full() ? "full screen" : "window", display_.buffers(),
+                display_.buffers() == 1 ? "" : "s", at.x, at.y, window_.mouseDown ? "down" : "up");
+  }
+
   static constexpr double secondsAFrame = 1 / framesASecond;
   static constexpr double secondsAScene = 12;
 
@@ -83,7 +97,7 @@ private:
     if (!canvas_ || canvas_->format != display_.format())
       canvas_ = makeImage(frameWidth, frameHeight, display_.format());
     Bitmap* canvas = canvas_.get();
-    Frame frame{seconds_, window_.mouseX, window_.mouseY, window_.mouseDown, &output_};
+    Frame frame{seconds_, window_.mouse.x, window_.mouse.y, window_.mouseDown, &output_};
     display_.place(frame.mouseX, frame.mouseY);
     drawTitled(*scene_, index_, canvas, frame);
     char line[160];
@@ -115,10 +129,10 @@ private:
 
 }  // namespace
 
-bool play(std::size_t index, const Image& picture, std::string_view pictureName, int frames) {
+bool play(std::size_t index, const Image& picture, std::string_view pictureName, int frames, Script* script) {
   const std::unique_ptr<Window> window = openWindow(frameWidth, frameHeight);
   if (!window) return false;
-  Show(*window, picture, pictureName).run(index, frames);
+  Show(*window, picture, pictureName).run(index, frames, script);
   return true;
 }
 

@@ -71,6 +71,19 @@ void drawTitled(Scene& scene, std::size_t index, Bitmap* target, const Frame& fr
 /// What a visitor's mouse might do at a time: it circles, and its button is pressed now and then.
 Frame visitedAt(double seconds);
 
+/// Draws a scene frame by frame from its beginning, as visited; `seen(number, image)` gets each, and the last one is
+/// returned.
+template <typename Seen>
+Image played(std::size_t index, const Material& material, int frames, Seen seen) {
+  const std::unique_ptr<Scene> scene = scenes()[index].make(material);
+  Image image = makeImage(frameWidth, frameHeight, material.format);
+  for (int i = 0; i <= frames; ++i) {
+    drawTitled(*scene, index, image.get(), visitedAt(i / framesASecond));
+    seen(i, image);
+  }
+  return image;
+}
+
 /// One picture in every format, with what it weighs: a sheet of its own.
 Image formatSheet(const Material& material);
 
