@@ -1,11 +1,14 @@
-// Holds the pictures of the numbered examples against those of the documents, to the last pixel:
-//   compare_pictures BMP PNG [BMP PNG ...]          tells which differ
-//   compare_pictures --write BMP PNG [BMP PNG ...]  makes the PNG files anew, after somebody looked at the pictures
+// Holds pictures that programs make against those of the documents, to the last pixel:
+//   compare_pictures MADE PNG [MADE PNG ...]          tells which differ
+//   compare_pictures --write MADE PNG [MADE PNG ...]  makes the PNG files anew, after somebody looked at the pictures
+// What is made is a BMP or a PNG file. A PNG file is written anew only where pixels differ.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include <kxgraphic/kxgraphic.hpp>
@@ -46,25 +49,34 @@ bool readPng(const char* file, Picture& picture) {
   return true;
 }
 
-bool same(const char* bmp, const char* png) {
+bool readMade(const char* file, Picture& picture) {
+  return std::string_view(file).ends_with(".bmp") ? readBmp(file, picture) : readPng(file, picture);
+}
+
+bool same(const char* madeFile, const char* png) {
   Picture made;
   Picture expected;
-  if (!readBmp(bmp, made)) return std::printf("%s: cannot be read\n", bmp), false;
+  if (!readMade(madeFile, made)) return std::printf("%s: cannot be read\n", madeFile), false;
   if (!readPng(png, expected)) return std::printf("%s: cannot be read\n", png), false;
   if (made.width != expected.width || made.height != expected.height)
-    return std::printf("%s: %d x %d pixels, expected %d x %d\n", bmp, made.width, made.height, expected.width,
+    return std::printf("%s: %d x %d pixels, expected %d x %d\n", madeFile, made.width, made.height, expected.width,
                        expected.height),
            false;
   const auto place = std::mismatch(made.rgb.begin(), made.rgb.end(), expected.rgb.begin()).first - made.rgb.begin();
   if (place == static_cast<std::ptrdiff_t>(made.rgb.size())) return true;
-  std::printf("%s: the first pixel that differs from %s is at %d, %d\n", bmp, png,
+  std::printf("%s: the first pixel that differs from %s is at %d, %d\n", madeFile, png,
               static_cast<int>(place / 3 % made.width), static_cast<int>(place / 3 / made.width));
   return false;
 }
 
-bool rewrite(const char* bmp, const char* png) {
+bool rewrite(const char* madeFile, const char* png) {
   Picture made;
-  return readBmp(bmp, made) && stbi_write_png(png, made.width, made.height, 3, made.rgb.data(), made.width * 3) != 0;
+  Picture present;
+  if (!readMade(madeFile, made)) return false;
+  if (readPng(png, present) && present.rgb == made.rgb && present.width == made.width) return true;
+  if (!std::string_view(madeFile).ends_with(".bmp"))
+    return std::filesystem::copy_file(madeFile, png, std::filesystem::copy_options::overwrite_existing);
+  return stbi_write_png(png, made.width, made.height, 3, made.rgb.data(), made.width * 3) != 0;
 }
 
 }  // namespace

@@ -15,8 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Of each scene: the still shows this moment, the animation the time before it.
-constexpr int stillFrames = 156;
+/// The animation shows the time before the stills.
 constexpr int filmedFrames = 96;
 constexpr int framesAPicture = 6;  // of the film: ten a second
 constexpr int filmFactor = 2;

@@ -16,4 +16,7 @@ void writeGallery(const std::string& folder, const Image& picture, std::string_v
 /// Writes one picture in all formats as a sheet into a folder and prints its place.
 void writeSheet(const std::string& folder, const Image& picture, std::string_view pictureName);
 
+/// Writes the pictures of the documents into a folder as they lie in docs/images.
+void writePictures(const std::string& folder, const Image& picture, std::string_view pictureName);
+
 }  // namespace demo

@@ -1,6 +1,7 @@
 // kxdemo: a tour of what the library does.
 //   kxdemo [SCENE]                    opens a window: arrows lead through the scenes, escape ends
 //   kxdemo --gallery FOLDER           writes every scene as a picture, and a page that shows them
+//   kxdemo --pictures FOLDER          writes the pictures of the documents
 //   kxdemo --sheet FOLDER [PICTURE]   writes a picture in every bitmap format, as one PNG file
 //   kxdemo --list, --measure          names the scenes; tells what their frames take
 //   --keys WORDS plays the part of the visitor in the window: "right right space mouse:320,240 wait:30 escape"
@@ -30,6 +31,7 @@ constexpr std::uint8_t ownPicture[] = {
 struct Options {
   std::string scene;
   std::string galleryFolder;
+  std::string picturesFolder;
   std::string sheetFolder;
   std::string picture;  ///< a file, or nothing for the demo's own
   std::optional<demo::Script> keys;
@@ -50,6 +52,8 @@ std::optional<Options> parse(const std::vector<std::string>& arguments) {
       options.measure = true;
     } else if (argument == "--gallery" && hasValue) {
       options.galleryFolder = arguments[++i];
+    } else if (argument == "--pictures" && hasValue) {
+      options.picturesFolder = arguments[++i];
     } else if (argument == "--sheet" && hasValue) {
       options.sheetFolder = arguments[++i];
     } else if (argument == "--picture" && hasValue) {
@@ -88,6 +92,10 @@ int run(Options& options) {
     demo::writeSheet(options.sheetFolder, picture, pictureName);
     return 0;
   }
+  if (!options.picturesFolder.empty()) {
+    demo::writePictures(options.picturesFolder, picture, pictureName);
+    return 0;
+  }
   if (!options.galleryFolder.empty()) {
     demo::writeGallery(options.galleryFolder, picture, pictureName, options.frames);
     return 0;
@@ -110,6 +118,7 @@ int main(int argc, char** argv) {
     std::fputs(
         "usage: kxdemo [SCENE] [--picture FILE] [--frames COUNT] [--keys WORDS]\n"
         "       kxdemo --gallery FOLDER [--picture FILE] [--frames COUNT]\n"
+        "       kxdemo --pictures FOLDER\n"
         "       kxdemo --sheet FOLDER [PICTURE]\n"
         "       kxdemo --list | --measure\n",
         stderr);

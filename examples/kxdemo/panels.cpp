@@ -45,9 +45,7 @@ void PanelScene::cover(Bitmap* field, Bitmap* image) {
 void PanelScene::clear() { KX_CHECK(KX_fillRect(canvas_.get(), 0, 0, width, height, colour(40, 46, 58))); }
 
 void PanelScene::place(std::string_view caption, std::string_view call) {
-  const int x = gap + index_ % columns * (width + gap);
-  const int y = headHeight + 4 + index_ / columns * (height + captionHeight);
-  ++index_;
+  const auto [x, y] = fieldAt(index_++);
   KX_CHECK(KX_bltCopy(target_, x, y, canvas_.get(), 0, 0, width, height));
   drawText(target_, x, y + height + 4, caption, colour(205, 212, 224));
   drawText(target_, x, y + height + 14, call, colour(255, 214, 110));

@@ -15,6 +15,14 @@ class PanelScene : public Scene {
 public:
   static constexpr int width = 200;
   static constexpr int height = 182;
+  static constexpr int columns = 3;
+  static constexpr int gap = 10;
+  static constexpr int captionHeight = 26;
+
+  /// Where a field begins in the frame, by its number from 0; its caption stands below.
+  static constexpr Point fieldAt(int number) {
+    return {gap + number % columns * (width + gap), headHeight + 4 + number / columns * (height + captionHeight)};
+  }
 
 protected:
   explicit PanelScene(const Material& material);
@@ -46,10 +54,6 @@ protected:
   static void cover(Bitmap* field, Bitmap* image);
 
 private:
-  static constexpr int columns = 3;
-  static constexpr int gap = 10;
-  static constexpr int captionHeight = 26;
-
   void clear();
   void place(std::string_view caption, std::string_view call);
 

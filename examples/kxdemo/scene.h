@@ -71,6 +71,9 @@ void drawTitled(Scene& scene, std::size_t index, Bitmap* target, const Frame& fr
 /// What a visitor's mouse might do at a time: it circles, and its button is pressed now and then.
 Frame visitedAt(double seconds);
 
+/// Stills show a scene after so many frames.
+constexpr int stillFrames = 156;
+
 /// Draws a scene frame by frame from its beginning, as visited; `seen(number, image)` gets each, and the last one is
 /// returned.
 template <typename Seen>
