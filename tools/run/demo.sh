@@ -23,11 +23,11 @@ lend_display() {
   mkdir -p build/wine && install -m 600 "$key" build/wine/xauthority && KX_WINE_XAUTHORITY=$root/build/wine/xauthority
 }
 
-# built_for PROGRAM: built for the platform in $platform, and with what runs it
+# built_for TARGET...: built for the platform in $platform, and with what runs it
 built_for() {
   if [ "$platform" = win32 ]; then need_packages build demo win32; else need_packages build demo; fi
   lock_build
-  configure "$platform" && build "$platform" "$1" || fail_with_log "$log"
+  configure "$platform" && build "$platform" "$@" || fail_with_log "$log"
   [ "$platform" = win32 ] || return 0
   say "getting Wine ready"
   # The lock of the build must not live on in Wine's server.
