@@ -1,7 +1,16 @@
 # The packages that CPack makes: an archive of everything, on Linux also .deb of the library, of what builds programs with it,
 # and of the programs.
 # SPDX-License-Identifier: MIT
-install(FILES packaging/README.txt LICENSE CHANGELOG.md DESTINATION . COMPONENT archive EXCLUDE_FROM_ALL)
+if(WIN32)
+  set(kx_line_ends CRLF) # which old editors need
+else()
+  set(kx_line_ends LF)
+endif()
+foreach(file packaging/README.txt LICENSE CHANGELOG.md)
+  cmake_path(GET file FILENAME name)
+  configure_file(${file} ${PROJECT_BINARY_DIR}/archive/${name} @ONLY NEWLINE_STYLE ${kx_line_ends})
+  install(FILES ${PROJECT_BINARY_DIR}/archive/${name} DESTINATION . COMPONENT archive EXCLUDE_FROM_ALL)
+endforeach()
 
 set(CPACK_PACKAGE_NAME kxgraphic)
 set(CPACK_PACKAGE_VENDOR kxgraphic)

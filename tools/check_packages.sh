@@ -118,6 +118,8 @@ traces() {
 
 unzip_windows() { (cd "$work" && cmake -E tar xf "$packages"/kxgraphic-*-win32.zip && mv kxgraphic-*-win32 win32); }
 
+every_line_ends_in_crlf() { ! grep -nvP '\r$' "$@"; }
+
 # runs_under_wine PROGRAM: beside the two DLLs of the archive
 runs_under_wine() {
   cp "$work"/win32/bin/*.dll "$(dirname "$1")" && says_it_works tools/wine-run "$1"
@@ -198,6 +200,7 @@ step "add_subdirectory of the sources" with_sources
 if compgen -G "$packages/kxgraphic-*-win32.zip" >/dev/null; then
   step ".zip unpacks" unzip_windows
   step ".zip holds" holds win32 . "${windows[@]}" "${texts[@]}"
+  step ".zip: old editors show its texts" every_line_ends_in_crlf "${texts[@]/#/$work/win32/}"
   if [ -z "$no_wine" ]; then
     step ".zip: its demo draws" tools/wine-run "$work/win32/bin/kxdemo.exe" --sheet "$work/sheet-windows"
     step ".zip: its game plays" tools/wine-run "$work/win32/bin/lagoon.exe" --frames 60
