@@ -31,33 +31,55 @@ namespace kx {
 
 /// A format word: one of the six formats, and `packed` or not.
 enum class Format : std::uint32_t {
-  mono = KX_FORMAT_MONO,
-  grey = KX_FORMAT_GREY,
-  palette = KX_FORMAT_PALETTE,
-  rgb555 = KX_FORMAT_555,
-  rgb565 = KX_FORMAT_565,
-  bgr888 = KX_FORMAT_888,
-  packed = KX_STORAGE_PACKED  ///< for Format::rgb565 | Format::packed
+  mono = KX_FORMAT_MONO,        ///< 1 bit
+  grey = KX_FORMAT_GREY,        ///< 8 bits, an intensity
+  palette = KX_FORMAT_PALETTE,  ///< 8 bits, an index
+  rgb555 = KX_FORMAT_555,       ///< 16 bits, 5 for each channel
+  rgb565 = KX_FORMAT_565,       ///< 16 bits, 6 for green
+  bgr888 = KX_FORMAT_888,       ///< 24 bits
+  packed = KX_STORAGE_PACKED    ///< for Format::rgb565 | Format::packed
 };
+
+/// A format and `packed`.
 
 constexpr Format operator|(Format a, Format b) noexcept {
   return static_cast<Format>(static_cast<std::uint32_t>(a) | static_cast<std::uint32_t>(b));
 }
 
+/// Whether a format word says packed storage.
+constexpr bool isPacked(Format format) noexcept {
+  return (static_cast<std::uint32_t>(format) & KX_STORAGE_MASK) == KX_STORAGE_PACKED;
+}
+
 /// A pixel of Format::bgr888 and an entry of a palette, as they lie in memory.
 struct Bgr {
-  std::uint8_t blue, green, red;
-  friend bool operator==(const Bgr&, const Bgr&) = default;
+  std::uint8_t blue;                                         ///< 0 to 255
+  std::uint8_t green;                                        ///< 0 to 255
+  std::uint8_t red;                                          ///< 0 to 255
+  friend bool operator==(const Bgr&, const Bgr&) = default;  ///< all three
 };
 static_assert(sizeof(Bgr) == 3);
 
 /// The category of result codes. Messages are the library's own, German and in UTF-8; kxErrorText has English ones.
+/// Codes with a counterpart in the standard library compare with it too: `failure == std::errc::not_enough_memory`.
 inline const std::error_category& category() noexcept {
   class Category final : public std::error_category {
   public:
     [[nodiscard]] const char* name() const noexcept override { return "kxgraphic"; }
     [[nodiscard]] std::string message(int code) const override {
       return kxErrorTextGerman(static_cast<std::uint32_t>(code));
+    }
+    [[nodiscard]] std::error_condition default_error_condition(int code) const noexcept override {
+      switch (code) {
+        case KX_ERROR_OutOfMemory:
+          return std::errc::not_enough_memory;
+        case KX_ERROR_FunctionNotSupported:
+          return std::errc::function_not_supported;
+        case KX_ERROR_IllegalParameter:
+          return std::errc::invalid_argument;
+        default:
+          return {code, *this};
+      }
     }
   };
   static const Category instance;
@@ -74,39 +96,25 @@ inline void check(std::error_code failure) {
   if (failure.category() != category()) throw std::system_error(failure);
   throw std::system_error(failure, kxErrorName(static_cast<std::uint32_t>(failure.value())));
 }
+/// The same for what a C function returned: kx::check(KX_fillRect(canvas, 0, 0, 32, 32, 0)).
 inline void check(std::uint32_t code) {
   if (code != 0) check(error(code));
 }
 #endif
 
-/// The library's own method tables. They live as long as the program.
-inline BitmapMethods* bitmapMethods() noexcept {
-  static BitmapMethods table = [] {
-    BitmapMethods filled;
-    KX_getBitmapInterface(&filled, nullptr, nullptr, 0);
-    return filled;
-  }();
-  return &table;
-}
-inline DeviceMethods* deviceMethods() noexcept {
-  static DeviceMethods table = [] {
-    DeviceMethods filled;
-    KX_get3DDeviceInterface(&filled, nullptr, nullptr, 0);
-    return filled;
-  }();
-  return &table;
-}
-/// All functions null: those of the library are called by their names.
-inline ScreenMethods* screenMethods() noexcept {
-  static ScreenMethods table = [] {
-    ScreenMethods filled;
-    KX_getScreenInterface(&filled, nullptr, nullptr);
-    return filled;
-  }();
-  return &table;
-}
-
+/// @cond
 namespace detail {
+
+/// One table of a type for the whole program, filled at its first use.
+template <typename Table, typename Fill>
+Table* filledOnce(Fill fill) noexcept {
+  static Table table = [&] {
+    Table filled;
+    fill(&filled);
+    return filled;
+  }();
+  return &table;
+}
 
 // Objects are deleted through their own method tables, as a driver may have made them.
 template <typename Object>
@@ -130,26 +138,42 @@ inline void destroy(::Landscape* object) noexcept {
 }
 
 }  // namespace detail
+/// @endcond
+
+/// The library's own bitmap functions. The table lives as long as the program.
+inline BitmapMethods* bitmapMethods() noexcept {
+  return detail::filledOnce<BitmapMethods>([](auto* table) { KX_getBitmapInterface(table, nullptr, nullptr, 0); });
+}
+/// The library's own 3D functions, as bitmapMethods().
+inline DeviceMethods* deviceMethods() noexcept {
+  return detail::filledOnce<DeviceMethods>([](auto* table) { KX_get3DDeviceInterface(table, nullptr, nullptr, 0); });
+}
+/// A screen table with all functions null: those of the library are called by their names.
+inline ScreenMethods* screenMethods() noexcept {
+  return detail::filledOnce<ScreenMethods>([](auto* table) { KX_getScreenInterface(table, nullptr, nullptr); });
+}
 
 /// Owns one object of the library, or none, and deletes it. It is no larger than the handle, and moves.
 template <typename Object>
 class Owner {
 public:
-  Owner() noexcept = default;
-  explicit Owner(Object* object) noexcept : object_(object) {}
-  Owner(Owner&& other) noexcept : object_(other.release()) {}
+  Owner() noexcept = default;                                   ///< owns nothing
+  explicit Owner(Object* object) noexcept : object_(object) {}  ///< takes an object over
+  Owner(Owner&& other) noexcept : object_(other.release()) {}   ///< leaves `other` empty
+  /// Leaves `other` empty; what was owned is deleted.
   Owner& operator=(Owner&& other) noexcept {
     if (this != &other) reset(other.release());
     return *this;
   }
   ~Owner() { reset(); }
 
-  [[nodiscard]] Object* get() const noexcept { return object_; }
-  operator Object*() const noexcept { return object_; }
-  Object* operator->() const noexcept { return object_; }
+  [[nodiscard]] Object* get() const noexcept { return object_; }  ///< the handle, or null
+  operator Object*() const noexcept { return object_; }           ///< for C functions, and for `if (canvas)`
+  Object* operator->() const noexcept { return object_; }         ///< the record's fields
 
   /// Gives the object away.
   [[nodiscard]] Object* release() noexcept { return std::exchange(object_, nullptr); }
+  /// Deletes what was owned and takes another object over, or none.
   void reset(Object* object = nullptr) noexcept {
     if (Object* old = std::exchange(object_, object)) detail::destroy(old);
   }
@@ -168,9 +192,11 @@ private:
 template <typename Element>
 class Block {
 public:
-  Block() noexcept = default;
-  Block(Element* data, std::size_t size) noexcept : data_(data), size_(size) {}
+  Block() noexcept = default;                                                    ///< owns nothing
+  Block(Element* data, std::size_t size) noexcept : data_(data), size_(size) {}  ///< takes `size` elements over
+  /// Leaves `other` empty.
   Block(Block&& other) noexcept : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+  /// Changes places with `other`.
   Block& operator=(Block&& other) noexcept {
     std::swap(data_, other.data_);
     std::swap(size_, other.size_);
@@ -180,11 +206,12 @@ public:
     if (data_ != nullptr) mmgr_free(data_);
   }
 
-  [[nodiscard]] std::span<Element> span() const noexcept { return {data_, size_}; }
-  [[nodiscard]] Element* data() const noexcept { return data_; }
-  [[nodiscard]] std::size_t size() const noexcept { return size_; }
-  [[nodiscard]] Element* begin() const noexcept { return data_; }
-  [[nodiscard]] Element* end() const noexcept { return data_ + size_; }
+  [[nodiscard]] std::span<Element> span() const noexcept { return {data_, size_}; }  ///< all elements
+  [[nodiscard]] Element* data() const noexcept { return data_; }                     ///< the first, or null
+  [[nodiscard]] std::size_t size() const noexcept { return size_; }                  ///< elements
+  [[nodiscard]] bool empty() const noexcept { return size_ == 0; }                   ///< no elements
+  [[nodiscard]] Element* begin() const noexcept { return data_; }                    ///< the first
+  [[nodiscard]] Element* end() const noexcept { return data_ + size_; }              ///< behind the last
 
 private:
   Element* data_ = nullptr;
@@ -212,6 +239,7 @@ public:
 [[nodiscard]] inline std::uint32_t colour(Format format, unsigned red, unsigned green, unsigned blue) noexcept {
   return KX_toRGB(static_cast<std::uint32_t>(format), red, green, blue);
 }
+/// The same in the format of a bitmap.
 [[nodiscard]] inline std::uint32_t colour(const ::Bitmap* bitmap, unsigned red, unsigned green,
                                           unsigned blue) noexcept {
   return KX_toRGB(bitmap->format, red, green, blue);
@@ -225,18 +253,21 @@ public:
 /// Holds a bitmap locked, through its own table, and shows its memory. Where the lock failed all spans are empty.
 class Pixels {
 public:
+  /// Locks a bitmap, which must stay while this lives.
   explicit Pixels(::Bitmap* bitmap) noexcept : bitmap_(bitmap), code_(bitmap->methods->lock(bitmap)) {
     if (code_ == 0 && bitmap->pixels == nullptr) {
       bitmap->methods->unlock(bitmap);
       code_ = KX_ERROR_BitmapDestroyed;
     }
   }
-  Pixels(const Pixels&) = delete;
-  Pixels& operator=(const Pixels&) = delete;
+  Pixels(const Pixels&) = delete;             ///< a lock has one owner
+  Pixels& operator=(const Pixels&) = delete;  ///< a lock has one owner
+  /// Unlocks it.
   ~Pixels() {
     if (code_ == 0) bitmap_->methods->unlock(bitmap_);
   }
 
+  /// What the lock returned, or KX_ERROR_BitmapDestroyed for a bitmap without memory.
   [[nodiscard]] std::error_code failure() const noexcept { return error(code_); }
 
   /// Row y of a plain bitmap, 0 to height - 1, as std::uint8_t (Format::mono, grey, palette), std::uint16_t (rgb555,
@@ -269,6 +300,7 @@ class Screen : public Owner<::Screen> {
 public:
   using Owner::Owner;
 
+  /// KX_createScreen: a screen without a mode. What was owned is deleted first.
   [[nodiscard]] std::error_code create(ScreenMethods* methods = screenMethods()) noexcept {
     return error(KX_createScreen(put(), nullptr, 0, methods));
   }
@@ -288,10 +320,12 @@ class Device : public Owner<::Device3D> {
 public:
   using Owner::Owner;
 
+  /// A device that draws into a bitmap. What was owned is deleted first.
   [[nodiscard]] std::error_code create(::Bitmap* target, bool zBuffer = false,
                                        DeviceMethods* methods = deviceMethods()) noexcept {
     return error(methods->create3DDevice(put(), target, 0, 0, zBuffer, methods));
   }
+  /// A device that draws into a screen's back buffer.
   [[nodiscard]] std::error_code create(::Screen* screen, bool zBuffer = false,
                                        DeviceMethods* methods = deviceMethods()) noexcept {
     return error(methods->create3DDevice_Screen(put(), screen, 0, 0, zBuffer, methods));
@@ -301,12 +335,15 @@ public:
 /// KX_beginRendering, and KX_endRendering at the end of the scope.
 class Rendering {
 public:
+  /// Begins.
   explicit Rendering(::Device3D* device) noexcept : device_(device), code_(device->methods->beginRendering(device)) {}
-  Rendering(const Rendering&) = delete;
-  Rendering& operator=(const Rendering&) = delete;
+  Rendering(const Rendering&) = delete;             ///< a scope has one end
+  Rendering& operator=(const Rendering&) = delete;  ///< a scope has one end
+  /// Ends what was begun.
   ~Rendering() {
     if (code_ == 0) device_->methods->endRendering(device_);
   }
+  /// What KX_beginRendering returned.
   [[nodiscard]] std::error_code failure() const noexcept { return error(code_); }
 
 private:
@@ -319,7 +356,7 @@ class Texture : public Owner<::Texture> {
 public:
   using Owner::Owner;
 
-  /// @param width a power of two from 4 to 1024
+  /// KX_createTexture. The width is a power of two from 4 to 1024. What was owned is deleted first.
   [[nodiscard]] std::error_code create(::Device3D* device, std::int32_t width, std::int32_t height, Format format,
                                        std::int32_t levels = 1) noexcept {
     return error(
@@ -332,6 +369,7 @@ class Camera : public Owner<::Camera> {
 public:
   using Owner::Owner;
 
+  /// KX_createCamera. What was owned is deleted first.
   [[nodiscard]] std::error_code create(::Device3D* device) noexcept {
     return error(device->methods->createCamera(put(), device));
   }
@@ -342,7 +380,7 @@ class Landscape : public Owner<::Landscape> {
 public:
   using Owner::Owner;
 
-  /// Heights are not initialised.
+  /// LS_createLandscape; heights are not initialised. What was owned is deleted first.
   [[nodiscard]] std::error_code create(::Device3D* device, std::int32_t width, std::int32_t height,
                                        bool colourLight = false) noexcept {
     return error(LS_createLandscape(put(), device, width, height, colourLight));
@@ -370,7 +408,7 @@ public:
     return error(code);
   }
 
-  /// @param textures the list of texturesOf with its handles filled in
+  /// LS_createFromData; `textures` is the list of texturesOf() with its handles filled in.
   [[nodiscard]] std::error_code load(::Device3D* device, std::span<const std::byte> block,
                                      std::span<const TextureRef> textures = {}) noexcept {
     return error(LS_createFromData(put(), device, block.data(), static_cast<std::uint32_t>(block.size()),
@@ -399,8 +437,11 @@ template <typename Element, std::size_t Extent>
 
 }  // namespace kx
 
+/// @cond
+// Lets the constants of errors.h stand for error codes.
 template <>
 struct std::is_error_code_enum<KxError> : std::true_type {};
+/// @endcond
 
 /// Makes `failure == KX_ERROR_OutOfMemory` work.
 inline std::error_code make_error_code(KxError code) noexcept { return kx::error(static_cast<std::uint32_t>(code)); }

@@ -61,6 +61,10 @@ TEST(CppLayer, CodesAreErrorCodes) {
   EXPECT_EQ(kx::category(), failure.category());
   EXPECT_EQ("Funktionsparameter ung\u00FCltig", failure.message());
   EXPECT_FALSE(kx::error(0));
+  EXPECT_TRUE(failure == std::errc::invalid_argument && failure != std::errc::not_enough_memory);
+  EXPECT_EQ(kx::error(KX_ERROR_OutOfMemory), std::errc::not_enough_memory);
+  EXPECT_EQ(kx::error(KX_ERROR_FunctionNotSupported), std::errc::function_not_supported);
+  EXPECT_EQ(kx::error(KX_ERROR_LockFailed).default_error_condition().category(), kx::category());
   EXPECT_NO_THROW(kx::check(0u));
   try {
     kx::check(KX_deleteBitmap(nullptr));
@@ -100,6 +104,18 @@ TEST(CppLayer, RowsAreSpansOfPixels) {
   expectRows<kx::Bgr>(kx::Format::bgr888, 13, {1, 2, 3}, 0x030201);
 }
 
+TEST(CppLayer, TablesAreFilledOnceWithTheLibrarysFunctions) {
+  EXPECT_EQ(kx::bitmapMethods(), kx::bitmapMethods());
+  EXPECT_EQ(0x10000u, kx::bitmapMethods()->version);
+  EXPECT_EQ(0x10000u, kx::deviceMethods()->version);
+  EXPECT_EQ(0x10000u, kx::screenMethods()->version);
+  kx::Bitmap bitmap;
+  ASSERT_FALSE(bitmap.create(4, 4, kx::Format::grey));
+  EXPECT_EQ(0u, kx::bitmapMethods()->fillRect(bitmap, 0, 0, 4, 4, 9));
+  EXPECT_EQ(9u, KX_getPixel(bitmap, 3, 3));
+  EXPECT_EQ(nullptr, kx::screenMethods()->flip);
+}
+
 TEST(CppLayer, PackedRowsAndPalettesAreSpansToo) {
   kx::Bitmap packed;
   ASSERT_FALSE(packed.create(300, 2, kx::Format::palette | kx::Format::packed));
@@ -107,6 +123,7 @@ TEST(CppLayer, PackedRowsAndPalettesAreSpansToo) {
   ASSERT_EQ(0u, KX_getBitmapSize(packed, &size));
   EXPECT_EQ(size, kx::Pixels(packed).bytes().size());
   EXPECT_GT(size, 0u);
+  EXPECT_TRUE(kx::isPacked(kx::formatOf(packed)) && !kx::isPacked(kx::Format::palette));
   EXPECT_EQ(256u, kx::paletteOf(packed).size());
   std::array<kx::Bgr, 256> grey{};
   for (std::size_t i = 0; i < 256; ++i) grey[i].red = static_cast<std::uint8_t>(i);

@@ -34,7 +34,7 @@ FAMILIES = {
 }
 RESERVED = ("reserved", "Reserved names", "undesigned_methods")
 # Read by Doxygen as they are.
-PLAIN_HEADERS = ["mmgr.h", "error_text.h", "picture.h"]
+PLAIN_HEADERS = ["mmgr.h", "error_text.h", "picture.h", "kxgraphic.hpp", "exceptions.hpp"]
 # What a code says when a result does not say it itself.
 REMARKS = {2: "memory ran out", 7: "a pointer that cannot be used, or a value out of its range",
            4: "the method table is newer than 0x10000"}
@@ -243,15 +243,35 @@ def types():
     return "/// @file kxgraphic/types.h\n" + comment(intro) + "/** @{ */\n" + source + "\n/** @} */\n"
 
 
-def plain(name):
+def exception_classes(errors):
+    """The classes that exceptions.hpp makes of the list of errors: a table, and the root."""
+    groups = dict(re.findall(r"^KX_ERROR\(0x\w+, (\w+), (\w+),", (LISTS / "errors.inc").read_text(encoding="utf-8"), re.M))
+    rows = [f"<tr><td>`0x{code:04X}`</td><td>`KX_{leaf}_Exception`</td><td>`KX_{groups[leaf]}Exception`</td><td>{english}</td></tr>"
+            for code, (leaf, english) in errors.items()]
+    source = (HEADERS / "exceptions.hpp").read_text(encoding="utf-8")
+    root = re.search(r"^/// A fault\..*?^};\n", source, re.S | re.M)[0]
+    return ["", "<table class=\"codes\"><tr><th>code</th><th>class</th><th>its group</th><th>fault</th></tr>", *rows, "</table>"], root
+
+
+def plain(name, errors):
     """A header as it is, in a group of its own whose text is the header's first comment."""
     source = (HEADERS / name).read_text(encoding="utf-8")
-    first = re.match(r"/\*.*?\*/\n", source, re.S)[0]
-    lines = comment_lines(re.sub(r"SPDX-License-Identifier:\s*(\*\s*)?MIT", "", first))
+    first = re.match(r"/\*.*?\*/\n|(?://.*\n)+", source, re.S if source.startswith("/*") else 0)[0]
+    code = source.removeprefix(first)
+    text = re.sub(r"SPDX-License-Identifier:\s*((?:\*|//)\s*)?MIT", "", first)
+    lines = comment_lines(text) if text.startswith("/*") else [re.sub(r"^// ?", "", line) for line in text.splitlines()]
     lines[0] = lines[0].removeprefix("kxgraphic: ")
-    group = "header_" + Path(name).stem
-    head = comment([f"@defgroup {group} {name}", "@ingroup helpers", f"`#include <kxgraphic/{name}>`: "] + paragraphs(lines))
-    return f"/// @file kxgraphic/{name}\n" + head + "/** @{ */\n" + source.removeprefix(first) + "\n/** @} */\n"
+    head = paragraphs(lines)
+    if name == "exceptions.hpp":
+        rows, code = exception_classes(errors)
+        head += rows
+    group = "header_" + Path(name).name.replace(".hpp", "_hpp").removesuffix(".h")
+    # What stands in a namespace is grouped inside it.
+    again = f"/** @addtogroup {group}\n@{{ */\n"
+    code = re.sub(r"^namespace kx \{\n", rf"/** @}} */\n\g<0>{again}", code, count=1, flags=re.M)
+    code = re.sub(r"^\}  // namespace kx\n", rf"/** @}} */\n\g<0>{again}", code, count=1, flags=re.M)
+    head = comment([f"@defgroup {group} {name}", "@ingroup helpers", f"`#include <kxgraphic/{name}>`: "] + head)
+    return f"/// @file kxgraphic/{name}\n" + head + "/** @{ */\n" + code + "\n/** @} */\n"
 
 
 def guides(output):
@@ -279,15 +299,14 @@ def main():
         (output / f"{header}.h").write_text(family(header, errors, values), encoding="utf-8")
         told.update(lists)
     (output / "helpers.h").write_text(comment(["@defgroup helpers Headers beside the library",
-                                               "The memory manager, and code in headers alone. For C++ there are also"
-                                               " `kxgraphic/kxgraphic.hpp` (owners, spans, `std::error_code`) and"
-                                               " `kxgraphic/exceptions.hpp` (the classes of faults)."]), encoding="utf-8")
+                                               "The memory manager, and code in headers alone: for C, and two for C++."]),
+                                      encoding="utf-8")
     (output / "reserved.h").write_text(reserved(errors), encoding="utf-8")
     (output / "errors.h").write_text(error_codes(errors), encoding="utf-8")
     (output / "types.h").write_text(types(), encoding="utf-8")
     for name in PLAIN_HEADERS:
         if (HEADERS / name).exists():
-            (output / name).write_text(plain(name), encoding="utf-8")
+            (output / name).write_text(plain(name, errors), encoding="utf-8")
     for path in sorted(LISTS.glob("*.inc")):
         if path.stem not in told and read_list(path)[1]:
             gaps.append(f"{path.name}: the list belongs to no family of {Path(__file__).name}")
