@@ -6,12 +6,15 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "own_bitmaps.h"
 #include "pixel/cpu.h"
+#include "platform/display.h"
 #include "scenes.h"
+#include "smallest_calls.h"
 
 namespace {
 
@@ -25,7 +28,7 @@ constexpr std::int32_t side = 61;
 using Work = std::function<std::uint32_t()>;
 
 struct Operation {
-  const char* name;
+  std::string name;
   Work work;
 };
 
@@ -51,6 +54,7 @@ struct Scene {
   std::vector<std::int16_t> water = std::vector<std::int16_t>(std::size_t{width} * height), waves = water;
   Device3D* device = nullptr;
   Texture* texture = nullptr;
+  Landscape* landscape = nullptr;
   std::int32_t count = 0;
 
   Scene() {
@@ -58,6 +62,8 @@ struct Scene {
     KX_get3DDeviceInterface(&methods, nullptr, nullptr, 1);
     require(KX_create3DDevice(&device, target16.get(), 0, 0, 0, &methods), "device");
     require(KX_createTexture(&texture, device, 64, 64, rgb16, 1), "texture");
+    require(LS_createLandscape(&landscape, device, width, height, 0), "landscape");
+    require(LS_createHeightMap(landscape, 5, nullptr, 9, 0, 255), "height map");
     Bitmap* const level = texture->levels[0];
     require(KX_bltCopy(level, 0, 0, target16.get(), 0, 0, 64, 64), "texels");
     for (std::int32_t y = 0; y < height; ++y)
@@ -69,6 +75,7 @@ struct Scene {
     plain.resize(stream.size() + 128);
   }
   ~Scene() {
+    LS_deleteLandscape(landscape);
     KX_deleteTexture(texture);
     KX_delete3DDevice(device);
   }
@@ -168,6 +175,17 @@ std::vector<Operation> images(Scene& s) {
   };
 }
 
+/// Cells of one pixel; shift 0: not shaded.
+Work water(Scene& s, std::int32_t shift) {
+  return [&s, shift] {
+    constexpr std::int8_t tint[3] = {-3, 2, 5};
+    const Bitmap &to = *s.target16, &image = *s.sprite16;
+    return KX_drawWaterBitmap(reinterpret_cast<std::uint16_t*>(to.pixels), 0, 0, to.pitch, s.water.data(), width * 2, 1,
+                              1, 0, width - 2, height - 1, reinterpret_cast<const std::uint16_t*>(image.pixels), 0, 0,
+                              side, side, image.pitch, 5, shift, tint);
+  };
+}
+
 std::vector<Operation> streams(Scene& s) {
   const auto size = static_cast<std::uint32_t>(s.stream.size());
   const auto kept = [&s](std::uint32_t written) {
@@ -177,6 +195,9 @@ std::vector<Operation> streams(Scene& s) {
   return {
       {"wave",
        [&s] { return KX_calculateWaterMap(s.waves.data(), width, s.water.data(), width, width, height, 1, 5); }},
+      {"refract", water(s, 0)},
+      {"shade", water(s, 3)},
+      {"soften", [&s] { return LS_softenHeightMap(s.landscape, 0, 0, -1, -1); }},
       {"lzw.compress", [=, &s] { return kept(LZ_compress(s.packedStream.data(), s.stream.data(), size)); }},
       {"lzw.decompress",
        [=, &s] {
@@ -189,25 +210,53 @@ std::vector<Operation> streams(Scene& s) {
   };
 }
 
-/// A hundred of the smallest calls of each family: what a call costs beside its pixels.
-std::vector<Operation> calls(Scene& s) {
-  Bitmap *const t16 = s.target16.get(), *const s16 = s.sprite16.get();
-  const auto hundred = [](auto call) { return times(100, call); };
-  return {
-      {"call.lock", hundred([=](auto) { return KX_lock(t16) | KX_unlock(t16); })},
-      {"call.setPixel", hundred([=](auto i) { return KX_setPixel(t16, i, i, 7); })},
-      {"call.getPixel", hundred([=](auto i) { return KX_getPixel(t16, i, i) & 0; })},
-      {"call.line", hundred([=](auto i) { return KX_drawLine(t16, i, i, i, i, 7); })},
-      {"call.fill", hundred([=](auto i) { return KX_fillRect(t16, i, i, 1, 1, 7); })},
-      {"call.fillalpha", hundred([=](auto i) { return KX_fillRectAlpha(t16, i, i, 1, 1, 7, 9); })},
-      {"call.copy", hundred([=](auto i) { return KX_bltCopy(t16, i, i, s16, 0, 0, 1, 1); })},
-      {"call.key", hundred([=](auto i) { return KX_bltCopyTransparent(t16, i, i, s16, 0, 0, 1, 1); })},
-      {"call.alpha", hundred([=](auto i) { return KX_bltCopyAlpha(t16, i, i, s16, 0, 0, 1, 1, 9); })},
-      {"call.stretch", hundred([=](auto i) { return KX_bltStretch(t16, i, i, 1, 1, s16, 0, 0, 1, 1); })},
-      {"call.nearest", hundred([&s](auto i) {
-         return KX_findNearestColor(rgb24, static_cast<std::uint32_t>(i) * 0x20301, s.palette.data()) & 0;
-       })},
+/// A display that shows nothing, so that presenting costs what the library does.
+class NoDisplay final : public kx::platform::Display {
+public:
+  NoDisplay() { kx::platform::replaceDisplay(this); }
+  ~NoDisplay() { kx::platform::replaceDisplay(nullptr); }
+  NoDisplay(const NoDisplay&) = delete;
+  NoDisplay& operator=(const NoDisplay&) = delete;
+
+  bool enumerateMode(std::uint32_t, kx::platform::DisplayMode&) override { return false; }
+  bool currentMode(kx::platform::DisplayMode&) override { return false; }
+  bool changeMode(const kx::platform::DisplayMode&, void*) override { return false; }
+  bool isWindow(void*) override { return true; }
+  kx::platform::Extent clientSize(void*) override { return {1, 1}; }
+  kx::platform::DisplayFormat format() override { return {{1, 1}, 32}; }
+  void present(void*, const kx::platform::Frame&) override {}
+};
+
+/// A screen of one pixel.
+Work flips() {
+  struct OnePixel {
+    NoDisplay display;
+    ScreenMethods methods{};
+    Screen* screen = nullptr;
+
+    OnePixel() {
+      methods.version = 0x10000;
+      require(KX_createScreen(&screen, nullptr, 0, &methods), "screen");
+      require(KX_setMode(screen, this, KX_MODE_WINDOWED, nullptr), "mode");
+    }
+    ~OnePixel() { KX_deleteScreen(screen); }
+    OnePixel(const OnePixel&) = delete;
+    OnePixel& operator=(const OnePixel&) = delete;
   };
+  return [pixel = std::make_shared<OnePixel>()] {
+    std::uint32_t code = 0;
+    for (std::int32_t i = 0; i < placesOfCalls; ++i) code |= KX_flip(pixel->screen, 0);
+    return code;
+  };
+}
+
+/// A hundred of the smallest calls of each family: what a call costs beside its pixels.
+std::vector<Operation> calls(Scene&) {
+  std::vector<Operation> operations;
+  for (const SmallestCall& each : makeSmallestCalls())
+    operations.push_back({std::string("call.") + each.name, times(placesOfCalls, each.call)});
+  operations.push_back({"call.flip", flips()});
+  return operations;
 }
 
 void count(const std::string& name, const Work& work) {
@@ -235,6 +284,6 @@ int main() {
     }
     Scene scene;
     for (const auto make : {blits, drawing, images, streams, calls})
-      for (const Operation& operation : make(scene)) count(operation.name + std::string(suffix), operation.work);
+      for (const Operation& operation : make(scene)) count(operation.name + suffix, operation.work);
   }
 }

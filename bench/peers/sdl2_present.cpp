@@ -29,13 +29,13 @@ SDL_Window* window() {
 
 class OwnPresenting {
 public:
-  explicit OwnPresenting(std::uint32_t format) {
+  explicit OwnPresenting(std::uint32_t format, std::int32_t width = frameWidth, std::int32_t height = frameHeight) {
     if (window() == nullptr) return;
     methods_.version = 0x10000;
     require(KX_createScreen(&screen_, nullptr, 0, &methods_), "screen");
     require(KX_setMode(screen_, window(), KX_MODE_WINDOWED, nullptr), "mode");
     // A window's buffers are always 5-5-5; presenting goes by what the front buffer says.
-    picture_ = makeBitmap(makePicture(format, 1));
+    picture_ = makeBitmap(makePicture(format, 1, width, height));
     windowBuffer_ = screen_->front;
     screen_->front = screen_->back = picture_.get();
   }
@@ -99,6 +99,10 @@ const Group present([](std::vector<Row>& rows) {
     addRow<OwnPresenting>(rows, "kx", format);
     addRow<SdlPresenting>(rows, "sdl", format);
   }
+  rows.push_back({"n.call.flip", "kx", 1, 1, [presenting = std::make_shared<std::unique_ptr<OwnPresenting>>()] {
+                    if (!*presenting) *presenting = std::make_unique<OwnPresenting>(KX_FORMAT_565, 1, 1);
+                    (*presenting)->run();
+                  }});
 });
 
 }  // namespace
