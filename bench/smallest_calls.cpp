@@ -22,7 +22,7 @@ OwnedBitmap square(std::uint32_t format, std::int32_t length) {
 
 struct Things {
   OwnedBitmap target = square(rgb16, side), source = square(rgb16, 16), indices = square(indexed, 16),
-              map = makeBitmap(makeAlphaMap(AlphaKind::Mix, 16, 16)),
+              oneIndex = square(indexed, 1), map = makeBitmap(makeAlphaMap(AlphaKind::Mix, 16, 16)),
               zBuffer = makeBitmap(makeAlphaMap(AlphaKind::Random, side, side)), zMap = makeBitmap(makeZMap(16, 16)),
               packed = makePackedBitmap(makePicture(rgb16, 1, 16, 16)), one = square(rgb16, 1),
               one24 = square(rgb24, 1);
@@ -63,7 +63,7 @@ using Calls = std::vector<SmallestCall>;
 using Shared = std::shared_ptr<Things>;
 
 void addBitmaps(Calls& calls, const Shared& things) {
-  Bitmap *const t = things->target.get(), *const s = things->source.get(), *const indices = things->indices.get();
+  Bitmap *const t = things->target.get(), *const s = things->source.get(), *const oneIndex = things->oneIndex.get();
   const auto add = [&](const char* name, auto call) { calls.push_back({"bitmap_object", name, call}); };
   add("create", [](auto) {
     Bitmap* made = nullptr;
@@ -75,7 +75,7 @@ void addBitmaps(Calls& calls, const Shared& things) {
     const std::uint32_t code = KX_cloneBitmap(&made, s, ownMethods());
     return code | KX_deleteBitmap(made);
   });
-  add("palette", [=](auto) { return KX_setPalette(indices, things->palette.data()); });
+  add("palette", [=](auto) { return KX_setPalette(oneIndex, things->palette.data()); });
   add("size", [t](auto) {
     std::uint32_t size = 0;
     return KX_getBitmapSize(t, &size);
