@@ -1,6 +1,6 @@
 # gdb shows a Bitmap as what it is: size, format, storage, locks, and which blocks are somebody else's.
-# It is loaded by itself when it lies beside the library, or under gdb's auto-load folder, as <library's file>-gdb.py;
-# otherwise: source kxgraphic-gdb.py
+# gdb -x kxgraphic-gdb.py PROGRAM, or in a running gdb: source kxgraphic-gdb.py. The Debian package puts it where gdb finds it
+# by itself, under the auto-load folder as <library's file>-gdb.py.
 # SPDX-License-Identifier: MIT
 import gdb
 import gdb.printing
