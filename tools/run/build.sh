@@ -39,6 +39,15 @@ build() {
   local preset=$1
   shift
   log=$logs/$preset-build.log
-  say "building $preset"
-  cmake --build "build/$preset" -j "$jobs" ${1:+--target "$@"} -- -k 0 >"$log" 2>&1
+  if [ ! -t 1 ]; then
+    say "building $preset"
+    cmake --build "build/$preset" -j "$jobs" ${1:+--target "$@"} -- -k 0 >"$log" 2>&1
+    return
+  fi
+  # Ninja counts its steps at the beginning of its lines.
+  cmake --build "build/$preset" -j "$jobs" ${1:+--target "$@"} -- -k 0 2>&1 | tee "$log" |
+    awk -v title="-- building $preset" 'BEGIN { printf "%s", title; fflush() }
+      match($0, /^\[[0-9]+\/[0-9]+\]/) { printf "\r%s %s", title, substr($0, 1, RLENGTH); fflush() }
+      END { print "" }'
+  return "${PIPESTATUS[0]}"
 }
