@@ -48,6 +48,12 @@ inline Result unlock(Bitmap* bitmap) {
   return bitmap->methods->unlock == &KX_unlock ? lowerLock(bitmap) : fromCode(bitmap->methods->unlock(bitmap));
 }
 
+/// Locking and unlocking around an operation that cannot fail would leave no trace. Single points that leave both out
+/// do not wait for the count to come back from memory.
+inline bool locksCancelOut(const Bitmap& bitmap) {
+  return bitmap.methods->lock == &KX_lock && bitmap.methods->unlock == &KX_unlock && bitmap.lockCount != 0xFFFFFFFF;
+}
+
 /// Deletes through the bitmap's own method table.
 inline Result deleteThroughTable(Bitmap* bitmap) { return fromCode(bitmap->methods->deleteBitmap(bitmap)); }
 

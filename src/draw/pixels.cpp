@@ -30,13 +30,18 @@ Result getPixel(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t& v
   KX_TRY(checkWritable(bitmap));
   if (!isInside(bitmap, x, y)) return Result::CoordinateOutOfRange;
   KX_TRY(checkMethods(bitmap));
-  KX_TRY(lockTestedPixels(bitmap));
-  if (hasRunLengthRows(bitmap->format)) {
-    KX_TRY(readPackedPixel(*bitmap, x, y, value));
-  } else {
-    value = readPixel(rowAddress(*bitmap, y), bitmap->format, x);
+  const bool isPlain = !hasRunLengthRows(bitmap->format), locks = !isPlain || !locksCancelOut(*bitmap);
+  if (locks) [[unlikely]] {
+    KX_TRY(lockTestedPixels(bitmap));
+  } else if (isBadWritePointer(bitmap->pixels)) {
+    return Result::BitmapDestroyed;
   }
-  static_cast<void>(unlock(bitmap));
+  if (isPlain) {
+    value = readPixel(rowAddress(*bitmap, y), bitmap->format, x);
+  } else {
+    KX_TRY(readPackedPixel(*bitmap, x, y, value));
+  }
+  if (locks) static_cast<void>(unlock(bitmap));
   return Result::Ok;
 }
 
@@ -55,10 +60,21 @@ std::uint32_t blended(std::uint32_t format, std::uint32_t colour, std::uint32_t 
   return colour;
 }
 
+template <bool HasAlpha>
+void putPoint(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha) {
+  std::uint8_t* const row = rowAddress(bitmap, y);
+  const std::uint32_t format = bitmap.format;
+  writePixel(row, format, x, HasAlpha ? blended(format, colour, readPixel(row, format, x), alpha) : colour);
+}
+
+template <bool HasAlpha, bool HasDepth>
+Result drawPointLocked(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha,
+                       Bitmap* zBuffer, std::int32_t z);
+
 /// Made once for each variant, without a record of what the variant lacks: points come by the million.
 template <bool HasAlpha, bool HasDepth>
-Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour, std::int32_t alpha = 0,
-                 Bitmap* zBuffer = nullptr, std::int32_t z = 0) {
+[[gnu::always_inline]] inline Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour,
+                                               std::int32_t alpha = 0, Bitmap* zBuffer = nullptr, std::int32_t z = 0) {
   const Blend blend{.hasAlpha = HasAlpha, .hasDepth = HasDepth, .alpha = alpha, .z = z, .zBuffer = zBuffer};
   KX_TRY(checkBitmaps(bitmap, blend));
   if (!isInside(bitmap, x, y)) return Result::CoordinateOutOfRange;
@@ -68,15 +84,23 @@ Result drawPoint(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t c
   KX_TRY(checkFormats(*bitmap, blend));
   if (!depthCovers(blend, x, y, 1, 1)) return Result::CoordinateOutOfRange;
   KX_TRY(checkMethods(bitmap, blend));
+  if (HasDepth || hasRunLengthRows(bitmap->format) || !locksCancelOut(*bitmap)) [[unlikely]]
+    return drawPointLocked<HasAlpha, HasDepth>(bitmap, x, y, colour, alpha, zBuffer, z);
+  if (isBadWritePointer(bitmap->pixels)) return Result::BitmapDestroyed;
+  putPoint<HasAlpha>(*bitmap, x, y, colour, alpha);
+  return Result::Ok;
+}
+
+template <bool HasAlpha, bool HasDepth>
+[[gnu::noinline]] Result drawPointLocked(Bitmap* bitmap, std::int32_t x, std::int32_t y, std::uint32_t colour,
+                                         std::int32_t alpha, Bitmap* zBuffer, std::int32_t z) {
   KX_TRY(lockTestedPixels(bitmap));
   if constexpr (HasDepth) KX_TRY(lockTestedPixels(zBuffer));
-  if (hasRunLengthRows(bitmap->format)) [[unlikely]] {
+  if (hasRunLengthRows(bitmap->format)) {
     KX_TRY(drawOnUnpacked(
         bitmap, [=](Bitmap* plain) { return drawPoint<HasAlpha, HasDepth>(plain, x, y, colour, alpha, zBuffer, z); }));
   } else if (!HasDepth || passesDepth(*zBuffer, x, y, z)) {
-    std::uint8_t* const row = rowAddress(*bitmap, y);
-    const std::uint32_t format = bitmap->format;
-    writePixel(row, format, x, HasAlpha ? blended(format, colour, readPixel(row, format, x), alpha) : colour);
+    putPoint<HasAlpha>(*bitmap, x, y, colour, alpha);
   }
   static_cast<void>(unlock(bitmap));
   if constexpr (HasDepth) static_cast<void>(unlock(zBuffer));

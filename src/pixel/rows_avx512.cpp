@@ -13,6 +13,18 @@ struct Avx512 {
 
   static Reg load(const void* p) { return _mm512_loadu_si512(p); }
   static void store(void* p, Reg a) { _mm512_storeu_si512(p, a); }
+
+  /// The lowest bytes of a register; the others are loaded as 0 and not stored.
+  class Part {
+  public:
+    explicit Part(std::size_t count) : bytes_(lowest(count)) {}
+    Reg load(const void* p) const { return _mm512_maskz_loadu_epi8(bytes_, p); }
+    void store(void* p, Reg a) const { _mm512_mask_storeu_epi8(p, bytes_, a); }
+
+  private:
+    __mmask64 bytes_;
+  };
+
   static Reg zero() { return _mm512_setzero_si512(); }
   static Reg splat8(std::uint32_t value) { return _mm512_set1_epi8(static_cast<char>(value)); }
   static Reg splat16(std::uint32_t value) { return _mm512_set1_epi16(static_cast<short>(value)); }

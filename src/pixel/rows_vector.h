@@ -313,12 +313,34 @@ template <typename V, RowFormat Format, Combine Rule, RowTest Test>
   }
 }
 
+/// Rows of less than a step, where V loads and stores parts of a register.
+template <typename V, RowFormat Format, Combine Rule, RowTest Test>
+void combineShortRows(const RowSpan& span, const ConstantBlend<V, Format>& blend) {
+  constexpr std::size_t bytes = isWide(Format) ? 2 : 1;
+  const typename V::Part pixels(span.count * bytes), besides(span.count);
+  eachRow<Rule>(span, [&](const RowSpan& row) {
+    std::uint8_t dst[V::bytes], src[V::bytes], mask[V::bytes], map[V::bytes];
+    V::store(dst, pixels.load(row.dst));
+    V::store(src, pixels.load(row.src));
+    if constexpr (Test == RowTest::Masked) V::store(mask, besides.load(row.mask));
+    if constexpr (Rule == Combine::Alphamap) V::store(map, besides.load(row.map));
+    combineRow<V, Format, Rule, Test>({dst, src, V::bytes / bytes, mask, map, row.alpha}, blend);
+    pixels.store(row.dst, V::load(dst));
+  });
+}
+
 template <typename V, RowFormat Format, Combine Rule, RowTest Test>
 void combineRows(const RowSpan& span) {
   constexpr bool hasEdges = Format == RowFormat::Bgr24 && Test == RowTest::Keyed;
   constexpr std::size_t shortest = (isWide(Format) ? V::bytes / 2 : V::bytes) + (hasEdges ? 2 : 0);
-  if (span.count < shortest) return shortRows.of(Rule, Test, Format)(span);
+  // Half a step and more is one for the level below, which then needs no masks.
+  constexpr bool masksShortRows = requires { typename V::Part; }
+  &&Rule != Combine::Copy&& Format != RowFormat::Bgr24;
+  const bool isShort = masksShortRows && span.count < shortest / 2;
+  if (!isShort && span.count < shortest) return shortRows.of(Rule, Test, Format)(span);
   const ConstantBlend<V, Format> blend(Rule == Combine::Alpha ? span.alpha : 0);
+  if constexpr (masksShortRows)
+    if (isShort) return combineShortRows<V, Format, Rule, Test>(span, blend);
   eachRow<Rule>(span, [&](const RowSpan& row) { combineRow<V, Format, Rule, Test>(row, blend); });
 }
 
