@@ -4,8 +4,8 @@ file(GLOB numbered CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} [0-9][
 set(picture_folder ${PROJECT_BINARY_DIR}/example_pictures)
 file(MAKE_DIRECTORY ${picture_folder})
 
-add_executable(compare_pictures compare_pictures.cpp base/stb.c)
-target_include_directories(compare_pictures SYSTEM PRIVATE ${KX_STB_FOLDER})
+add_executable(compare_pictures compare_pictures.cpp)
+target_link_libraries(compare_pictures PRIVATE example_stb)
 set(pairs)
 set(names)
 foreach(source IN LISTS numbered)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "script.h"
 
-#include <sstream>
+#include <algorithm>
 
 #include "image.h"
 #include "program.h"
@@ -9,8 +9,11 @@
 namespace demo {
 
 Script::Script(const std::string& words) {
-  std::istringstream in(words);
-  for (std::string word; in >> word;) steps_.push_back(stepOf(word));
+  for (std::size_t begin = words.find_first_not_of(' '); begin != std::string::npos;) {
+    const std::size_t end = std::min(words.find(' ', begin), words.size());
+    steps_.push_back(stepOf(words.substr(begin, end - begin)));
+    begin = words.find_first_not_of(' ', end);
+  }
 }
 
 Script::Step Script::stepOf(const std::string& word) {
