@@ -1,7 +1,8 @@
 #!/bin/bash
 # Compiles every C fragment of docs/*.md as C11 with warnings as errors, natively and for 32-bit Windows. One whose first line
 # names a file (/* name.c */) becomes a program that must end with 0, or without main a shared library beside it; one that
-# begins with "windows:" is for that system only. Prints "N passed, N failed".
+# begins with "windows:" is for that system only. The program of README.md is built by the commands that stand below it. Prints
+# "N passed, N failed".
 #   tools/check_guides.sh [FOLDER]    of the built libraries, build/release by default
 # SPDX-License-Identifier: MIT
 cd "$(dirname "$0")/.." || exit 1
@@ -61,5 +62,17 @@ for guide in docs/*.md; do
     check "$guide: $program does not end with 0" env -C "$work/$name" "$program"
   done
 done
+
+# The program of README.md, built by the commands that stand below it, in a folder that looks like the project's.
+readme=$work/readme
+mkdir -p "$readme/build/win32"
+ln -s "$root/include" "$readme/include"
+ln -s "$libraries" "$readme/build/release"
+awk '/^```c$/ { inside = 1; next } /^```/ { inside = 0 } inside' README.md >"$readme/hello.c"
+check "README.md: its program" env -C "$readme" bash -c "$(grep '^    cc -std=c11 hello.c' README.md)"
+if [ -e build/win32/libkxgraphic.dll.a ] && command -v i686-w64-mingw32-gcc >/dev/null; then
+  ln -s "$root/build/win32/libkxgraphic.dll.a" "$readme/build/win32/"
+  check "README.md: its program for Windows" env -C "$readme" bash -c "$(grep '^    i686-w64-mingw32-gcc' README.md)"
+fi
 echo "$passed passed, $failed failed"
 [ "$failed" = 0 ]
