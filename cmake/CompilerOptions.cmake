@@ -12,6 +12,10 @@ if(KX_SANITIZE)
                       $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   add_compile_definitions(NDEBUG)
   add_link_options(-fsanitize=${KX_SANITIZE})
+  if(KX_SANITIZE MATCHES memory)
+    add_compile_options(-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/memory_sanitizer.txt
+                        -fsanitize-memory-track-origins)
+  endif()
 endif()
 
 if(KX_COVERAGE)

@@ -22,7 +22,7 @@ constexpr std::uint32_t sseRoundingControl = 0x6000;
 #ifdef KX_HAS_X87
 
 inline std::uint16_t x87ControlWord() {
-  std::uint16_t word;
+  std::uint16_t word = 0;  // the memory sanitizer does not see what assembly writes
   __asm__ volatile("fnstcw %0" : "=m"(word));
   return word;
 }

@@ -173,6 +173,7 @@ TEST(CppLayer, ALandscapeIsSavedToABlockAndLoaded) {
   for (const bool textured : {false, true}) {
     kx::Landscape landscape;
     ASSERT_FALSE(landscape.create(device, 7, 5));
+    std::fill_n(landscape->textureMap, 7 * 5, std::uint16_t{0x1234});
     for (int y = 0; y < 5; ++y) {
       const std::span<std::uint8_t> row = landscape.heights(y);
       std::iota(row.begin(), row.end(), static_cast<std::uint8_t>(y * 20));

@@ -9,7 +9,7 @@
 namespace {
 
 std::uint16_t x87ControlWord() {
-  std::uint16_t word;
+  std::uint16_t word = 0;
   __asm__ volatile("fnstcw %0" : "=m"(word));
   return word;
 }

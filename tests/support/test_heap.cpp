@@ -10,6 +10,13 @@
 #include "frame/heap.h"
 #include "support/guard_pages.h"
 
+#if defined(__has_feature)
+#if __has_feature(memory_sanitizer)
+#include <sanitizer/msan_interface.h>
+#define KX_MEMORY_SANITIZER
+#endif
+#endif
+
 namespace {
 
 using kxtest::GuardedBlock;
@@ -36,13 +43,21 @@ auto& blocks() {
   return map;
 }
 
-/// Valgrind and the memory sanitizer want blocks as the C heap gives them: with KX_MEMCHECK in the environment.
+/// Valgrind and the memory sanitizer want blocks that nobody has written to: with KX_MEMCHECK in the environment.
 bool heapIsChecked() {
   static const bool checked = std::getenv("KX_MEMCHECK") != nullptr;
   return checked;
 }
 
 bool hasGuardPages(std::size_t size) { return KX_GUARD_PAGES && size <= largestGuarded && !heapIsChecked(); }
+
+/// For the memory sanitizer, which is told to take all other heap memory as set: the standard library writes to its own
+/// where the sanitizer does not look.
+void markUnset([[maybe_unused]] const void* block, [[maybe_unused]] std::size_t size) {
+#ifdef KX_MEMORY_SANITIZER
+  if (block != nullptr) __msan_allocated_memory(block, size);
+#endif
+}
 
 /// A block of the C heap, or one that ends or begins at a page nobody may touch. Null on failure.
 void* makeBlock(std::size_t size) {
@@ -55,6 +70,7 @@ void* makeBlock(std::size_t size) {
     start = block.guarded.data();
   } else {
     start = std::malloc(size);
+    markUnset(start, size);
   }
   if (start != nullptr) blocks().emplace(start, std::move(block));
   return start;
