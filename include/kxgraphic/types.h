@@ -48,12 +48,12 @@ enum KxFormat {
 
 /** Bits of Bitmap.flags: a set bit marks a block that belongs to somebody else and is never freed. */
 enum KxBitmapFlags {
-  KX_BORROWED_PIXELS = 0x01,
-  KX_BORROWED_ROW_TABLE = 0x02,
-  KX_BORROWED_PALETTE = 0x04,
-  KX_BORROWED_TABLE15 = 0x08,
-  KX_BORROWED_TABLE16 = 0x10,
-  KX_BORROWED_TABLE8 = 0x20
+  KX_BORROWED_PIXELS = 0x01,    /**< the pixels, which then end with their last row */
+  KX_BORROWED_ROW_TABLE = 0x02, /**< the row table of a packed bitmap */
+  KX_BORROWED_PALETTE = 0x04,   /**< the palette */
+  KX_BORROWED_TABLE15 = 0x08,   /**< the palette's translation to 5-5-5 */
+  KX_BORROWED_TABLE16 = 0x10,   /**< the palette's translation to 5-6-5 */
+  KX_BORROWED_TABLE8 = 0x20     /**< the palette's translation to grey */
 };
 
 /** An image. Drivers create such records too, so the layout is part of the interface. */
