@@ -39,7 +39,8 @@ with_find_package() {
 # with_pkg_config FOLDER [PREFIX]: the libraries are found beside each other, wherever the folder lies
 with_pkg_config() {
   local lib=$work/$1${2:-}/lib flags
-  read -ra flags < <(PKG_CONFIG_PATH=$lib/pkgconfig pkg-config --cflags --libs kxgraphic-mmgr) || return 1
+  # shellcheck disable=SC2162 # backslashes stand before blanks
+  read -a flags < <(PKG_CONFIG_PATH=$lib/pkgconfig pkg-config --cflags --libs kxgraphic-mmgr) || return 1
   cc -std=c11 "$user/main.c" "${flags[@]}" -Wl,-rpath,"$lib" -o "$work/$1-pkg-config" && says_it_works "$work/$1-pkg-config"
 }
 
@@ -113,7 +114,8 @@ with_sources() {
 traces() {
   local folder
   folder=$(mktemp -d "$work/traced.XXXXXX")
-  env -C "$folder" LD_PRELOAD="$1" "$2" && shows ' KX_fillRect\(bitmap .*\[32x16 format 6\].* = 0' cat "$folder/kxtrace.log"
+  # By its name: LD_PRELOAD takes no blanks.
+  env -C "$folder" LD_PRELOAD="${1##*/}" LD_LIBRARY_PATH="${1%/*}" "$2" && shows ' KX_fillRect\(bitmap .*\[32x16 format 6\].* = 0' cat "$folder/kxtrace.log"
 }
 
 unzip_windows() { (cd "$work" && cmake -E tar xf "$packages"/kxgraphic-*-win32.zip && mv kxgraphic-*-win32 win32); }
@@ -136,7 +138,8 @@ traces_windows() {
 with_pkg_config_windows() {
   local flags program=$work/win32-pkg-config/user.exe
   mkdir -p "$work/win32-pkg-config"
-  read -ra flags < <(PKG_CONFIG_LIBDIR=$work/win32/lib/pkgconfig pkg-config --cflags --libs kxgraphic-mmgr) || return 1
+  # shellcheck disable=SC2162
+  read -a flags < <(PKG_CONFIG_LIBDIR=$work/win32/lib/pkgconfig pkg-config --cflags --libs kxgraphic-mmgr) || return 1
   i686-w64-mingw32-gcc -std=c11 "$user/main.c" "${flags[@]}" -o "$program" && { [ -n "$no_wine" ] || runs_under_wine "$program"; }
 }
 

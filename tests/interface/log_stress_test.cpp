@@ -21,7 +21,7 @@ TEST(LogStress, ProcessesLoseAndTearNoLine) {
   std::vector<int> results(processes, -1);
   for (int i = 0; i < processes; ++i)
     runs.emplace_back([&, i] {
-      const std::string command = program + ' ' + std::to_string(1000 * i) + ' ' + std::to_string(reports);
+      const std::string command = '"' + program + "\" " + std::to_string(1000 * i) + ' ' + std::to_string(reports);
       results[static_cast<std::size_t>(i)] =
           std::system(command.c_str());  // NOLINT(cert-env33-c): the program is our own
     });
