@@ -1,6 +1,7 @@
 #!/bin/bash
-# Counts the instructions of kxcount's pieces of work under callgrind and compares them with those that are kept in
-# bench/instruction_counts.txt: tools/check_counts.sh FOLDER [--renew]   (FOLDER: where kxcount was built with g++)
+# Counts the instructions of kxcount's pieces of work under callgrind and those of loading the library, and what the
+# loader has to write; compares all with bench/instruction_counts.txt:
+#   tools/check_counts.sh FOLDER [--renew]   (FOLDER: where kxcount, kxstartup and the library were built with g++)
 # SPDX-License-Identifier: MIT
 folder=$1
 baseline=bench/instruction_counts.txt
@@ -20,11 +21,24 @@ valgrind --tool=callgrind --collect-atstart=no --callgrind-out-file="$dumps/coun
 status=$?
 [ "$status" != 3 ] || skip "the processor lacks AVX2"
 [ "$status" = 0 ] || { cat "$dumps/log"; echo "0 passed, 1 failed"; exit 1; }
+
+# Start-up: from before the library is loaded to the end of its first use; without a clock, as those depend on the load.
+library=$folder/libkxgraphic.so
+valgrind --tool=callgrind --collect-atstart=no --toggle-collect='*startHere*' --callgrind-out-file="$dumps/startup" \
+  "$folder/kxstartup" --once "$library" >"$dumps/log" 2>&1 || { cat "$dumps/log"; echo "0 passed, 1 failed"; exit 1; }
+{
+  awk '/^totals:/ { print "startup.instructions", $2 }' "$dumps/startup"
+  echo "startup.relocations $(readelf -rW "$library" | grep -c ' R_')"
+  writable=$(readelf -lW "$library" | awk '$1 == "LOAD" && / RW / { print $6 }')
+  echo "startup.writable_pages $(((writable + 4095) / 4096))"
+} >"$dumps/startup_counts"
+
 awk '/^desc: Trigger: Client Request: / { name = $NF }
-     /^totals:/ && name != "" { print name, $2; name = "" }' "$dumps"/count.* | LC_ALL=C sort >"$dumps/counts"
+     /^totals:/ && name != "" { print name, $2; name = "" }' "$dumps"/count.* |
+  LC_ALL=C sort - "$dumps/startup_counts" >"$dumps/counts"
 
 if [ "${2:-}" = --renew ]; then
-  { echo "# Instructions of each piece of work in bench/count.cpp; renewed by ./run count --renew, never by hand."
+  { echo "# Instructions of each piece of work in bench/count.cpp, and of start-up; renewed by ./run count --renew, never by hand."
     echo "# $compiler"
     cat "$dumps/counts"; } >"$baseline"
   echo "$(wc -l <"$dumps/counts") counts are now the baseline: $baseline"
@@ -37,9 +51,9 @@ awk -v tolerance="$tolerance" '
   !($1 in kept) { print $1 " is not in the baseline"; failed++; next }
   {
     change = 100 * ($2 / kept[$1] - 1)
-    if (change > tolerance) { printf "%s takes %d instructions, %.1f %% more than %d\n", $1, $2, change, kept[$1]; failed++ }
+    if (change > tolerance) { printf "%s takes %d, %.1f %% more than %d\n", $1, $2, change, kept[$1]; failed++ }
     else passed++
-    if (change < -tolerance) printf "%s takes %d instructions, %.1f %% less than %d: renew the baseline\n", $1, $2, -change, kept[$1]
+    if (change < -tolerance) printf "%s takes %d, %.1f %% less than %d: renew the baseline\n", $1, $2, -change, kept[$1]
     delete kept[$1]
   }
   END {

@@ -24,6 +24,6 @@ run_count() {
   case ${1:-} in --renew | '') ;; *) die 2 "count knows --renew only, not $1" ;; esac
   need_packages build counts
   lock_build
-  configure release && build release kxcount || fail_with_log "$log"
+  configure release && build release kxcount kxstartup kxgraphic || fail_with_log "$log"
   tools/check_counts.sh build/release "$@"
 }

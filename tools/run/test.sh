@@ -92,7 +92,7 @@ stage_packages() {
 stage_counts() {
   local status
   if [ -z "$(missing_packages counts)" ]; then
-    build release kxcount >&3 || { tail -n 20 "$log"; return 1; }
+    build release kxcount kxstartup kxgraphic >&3 || { tail -n 20 "$log"; return 1; }
   fi
   tools/check_counts.sh build/release
   status=$?
