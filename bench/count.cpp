@@ -279,7 +279,7 @@ int main() {
   for (const auto& [level, suffix] : levels) {
     kx::limitCpuLevel(level);
     if (kx::cpuLevel() != level) {
-      std::fprintf(stderr, "no %s here\n", suffix + 1);
+      static_cast<void>(std::fprintf(stderr, "no %s here\n", suffix + 1));
       return 3;
     }
     Scene scene;

@@ -3,6 +3,7 @@
 #include <libyuv/planar_functions.h>
 #include <libyuv/scale.h>
 
+#include <cstddef>
 #include <memory>
 
 #include "../blits.h"
@@ -30,8 +31,8 @@ struct YuvBlit {
 
   void run() {
     for (const Move& m : work.moves) {
-      std::uint8_t* const to = target.row(m.to.y) + m.to.x * target.pixelBytes();
-      const std::uint8_t* const from = source.row(m.from.y) + m.from.x * source.pixelBytes();
+      std::uint8_t* const to = target.row(m.to.y) + std::ptrdiff_t{m.to.x} * target.pixelBytes();
+      const std::uint8_t* const from = source.row(m.from.y) + std::ptrdiff_t{m.from.x} * source.pixelBytes();
       if (!work.stretches())
         libyuv::BlendPlane(from, source.pitch(), to, target.pitch(), weights.row(m.from.y) + m.from.x, weights.pitch(),
                            to, target.pitch(), m.to.width, m.to.height);

@@ -1,14 +1,14 @@
 /* kxgraphic: points, lines, fills and image operations.
  *
- * Drawing takes coordinates in pixels, which must lie inside the bitmap (nothing is clipped), and colours as pixel values of
- * the bitmap's format. Variants add, in the words of their names:
+ * Drawing takes coordinates in pixels, which must lie inside the bitmap (nothing is clipped), and colours as pixel
+ * values of the bitmap's format. Variants add, in the words of their names:
  *   Alpha    a weight of the target from 0 (the colour alone) to 255 (nothing changes); each channel becomes
  *            ((255 - alpha) colour + alpha target) / 255, cut to an integer. Formats 3, 5, 6 and 7.
  *   ZBuffer  a plain bitmap of format 3 that holds the depth of each pixel of the target at the same place, and a
  *            depth z from 0 to 255. Pixels whose stored depth is z or more are drawn and store z. It may differ from
  *            the target in size as long as its pixel block holds the depths.
  *
- * Functions return 0 or the code of a fault; their comments list the codes in the order of the tests. Those of all of them:
+ * Functions return 0 or the code of a fault; their comments list the codes in the order of the tests. Common ones:
  *   7       a bitmap that cannot be accessed, or a value out of its domain
  *   0x2005  coordinates outside the bitmap
  *   0x2006  alpha, and 0x2007 z, not 0 to 255

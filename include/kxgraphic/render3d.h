@@ -15,10 +15,10 @@
  * one step of a channel, 0xF8 minus one. Bit 0 of every pixel drawn is set, so that none has the value 0, which
  * transparent blits skip. No depth is tested or written.
  *
- * Texel coordinates are the caller's duty: every pixel must fall on a texel, 0 to width - 1 and 0 to height - 1. A right
- * or lower corner is never quite reached, as the steps count both ends, so that it may lie on the far edge: u from 0 to
- * width over as many pixels shows each texel once. Debug builds of the library stop at a vertex outside of 0 to width
- * and 0 to height; others read some texel of the level instead.
+ * Texel coordinates are the caller's duty: every pixel must fall on a texel, 0 to width - 1 and 0 to height - 1. A
+ * right or lower corner is never quite reached, as the steps count both ends, so that it may lie on the far edge: u
+ * from 0 to width over as many pixels shows each texel once. Debug builds of the library stop at a vertex outside of
+ * 0 to width and 0 to height; others read some texel of the level instead.
  *
  * The drawing functions give the same pixels in any floating-point mode, KX_beginRendering or not.
  *
