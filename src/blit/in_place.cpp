@@ -14,7 +14,7 @@ namespace {
 
 /// Kept out of the way of what is usual: a plain copy within the same rows. Towards the right it repeats what it has
 /// just written, four bytes at a time.
-[[gnu::cold]] void copyWords(const Area& target, const Area& source) {
+[[gnu::cold, gnu::noinline]] void copyWords(Area target, Area source) {
   const auto bytes = static_cast<std::size_t>(target.rowBytes);
   for (std::int32_t y = 0; y < target.height; ++y) {
     std::uint8_t* dst = target.plane.row(y);
@@ -39,6 +39,8 @@ bool drawInPlace(const FamilyRules& family, const BlitRequest& r) {
     return false;
   const std::int32_t width = r.to.w, height = r.to.h;
   if (width < 1 || height < 1) return true;
+  const RowTest test = r.variant.transparent() ? RowTest::Keyed : RowTest::All;
+  const auto combine = rowKernels().of(combineOf(r.variant), test, rowFormat(dst.format));
 
   const auto area = [=](const Bitmap& bitmap, const Rect& rect) {
     return Area{{pixelAddress(bitmap, rect.x, rect.y), bitmap.pitch}, std::int64_t{width} * pixelBytes, height};
@@ -57,8 +59,6 @@ bool drawInPlace(const FamilyRules& family, const BlitRequest& r) {
     return true;
   }
 
-  const RowTest test = r.variant.transparent() ? RowTest::Keyed : RowTest::All;
-  const auto combine = rowKernels().of(combineOf(r.variant), test, rowFormat(dst.format));
   combine({.dst = target.plane.start,
            .src = source.plane.start,
            .count = static_cast<std::size_t>(width),

@@ -37,9 +37,9 @@ struct Area {
   }
 };
 
-/// Areas that meet: while a row is drawn, or only across rows.
+/// Areas that meet: while a row is drawn, or only across rows. By value: areas that do not meet stay in registers.
 template <typename RowOf>
-[[gnu::noinline]] Sharing compareRows(const Area& written, const Area& other, RowOf rowOf) {
+[[gnu::noinline]] Sharing compareRows(Area written, Area other, RowOf rowOf) {
   for (std::int32_t y = 0; y < written.height; ++y)
     if (written.row(y).meets(other.row(rowOf(y)))) return Sharing::SameRow;
   return Sharing::OtherRows;
