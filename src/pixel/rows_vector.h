@@ -313,6 +313,11 @@ template <typename V, RowFormat Format, Combine Rule, RowTest Test>
   }
 }
 
+template <typename V>
+concept MasksParts = requires {
+  typename V::Part;
+};
+
 /// Rows of less than a step, where V loads and stores parts of a register.
 template <typename V, RowFormat Format, Combine Rule, RowTest Test>
 void combineShortRows(const RowSpan& span, const ConstantBlend<V, Format>& blend) {
@@ -334,8 +339,7 @@ void combineRows(const RowSpan& span) {
   constexpr bool hasEdges = Format == RowFormat::Bgr24 && Test == RowTest::Keyed;
   constexpr std::size_t shortest = (isWide(Format) ? V::bytes / 2 : V::bytes) + (hasEdges ? 2 : 0);
   // Half a step and more is one for the level below, which then needs no masks.
-  constexpr bool masksShortRows = requires { typename V::Part; }
-  &&Rule != Combine::Copy&& Format != RowFormat::Bgr24;
+  constexpr bool masksShortRows = MasksParts<V> && Rule != Combine::Copy && Format != RowFormat::Bgr24;
   const bool isShort = masksShortRows && span.count < shortest / 2;
   if (!isShort && span.count < shortest) return shortRows.of(Rule, Test, Format)(span);
   const ConstantBlend<V, Format> blend(Rule == Combine::Alpha ? span.alpha : 0);
