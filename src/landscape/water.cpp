@@ -100,7 +100,7 @@ private:
   template <std::int32_t Size>
   void drawCells() const {
     const std::int32_t size = Size != 0 ? Size : cellSize;
-    const std::int32_t together = size < mostPixels ? mostPixels / size : 1;
+    const std::int32_t together = std::max(mostPixels / cellSize, 1);
     for (std::int64_t j = 0; j < cellsY; ++j) {
       const Cells row{water + j * waterPitch, dest + j * size * destPitch, imageX, imageY + j * size, cellsX};
       if (shadeShift == 0)
