@@ -49,7 +49,7 @@ private:
   }
 
   void write(std::uint32_t entry, Rgb colour) {
-    std::uint8_t* bytes = palette_ + 3 * entry;
+    std::uint8_t* bytes = palette_ + std::size_t{3} * entry;
     bytes[0] = colour.b;
     bytes[1] = colour.g;
     bytes[2] = colour.r;
@@ -96,7 +96,7 @@ Result calculatePalette(std::uint8_t* palette, Bitmap* bitmap) {
       std::memset(palette + paletteBytes / 2, 255, paletteBytes / 2);
       break;
     case KX_FORMAT_GREY:
-      for (std::uint32_t i = 0; i < entryCount; ++i) std::memset(palette + 3 * i, static_cast<int>(i), 3);
+      for (std::uint32_t i = 0; i < entryCount; ++i) std::memset(palette + std::size_t{3} * i, static_cast<int>(i), 3);
       break;
     case KX_FORMAT_PALETTE:
       if (isBadWritePointer(bitmap->palette)) return Result::PaletteDestroyed;

@@ -37,7 +37,7 @@ run_lint() {
     printf '%s\0' "${compiled[@]}" | xargs -0 -n 1 -P "$jobs" clang-tidy --quiet -p build/lint 2>/dev/null || status=1
     say "cppcheck: ${#compiled[@]} files"
     cppcheck --quiet --error-exitcode=1 --enable=warning,performance,portability --inline-suppr -j "$jobs" \
-      --suppress=missingIncludeSystem --std=c++20 -Iinclude -Isrc -Isrc/platform/posix -Itests -Itools "${compiled[@]}" || status=1
+      --library=googletest --suppress=missingIncludeSystem --std=c++20 -Iinclude -Isrc -Isrc/platform/posix -Itests -Itools "${compiled[@]}" || status=1
   fi
   say "the rules of the house"
   tools/check_house.sh || status=1

@@ -33,7 +33,8 @@ run_memory() {
   memory_checked "valgrind, kx_interface_tests" build/release "${valgrind[@]}" ./kx_interface_tests "${tests[@]}" || status=1
   memory_checked "valgrind, kx_tests" build/release "${valgrind[@]}" ./kx_tests "${tests[@]}" || status=1
 
-  mapfile -t targets < <(fuzz_targets)
+  # The report of `calls` would be of the standard library's reading of files.
+  mapfile -t targets < <(fuzz_targets | grep -vx calls)
   { configure msan && build msan kx_tests "${targets[@]/#/kx_fuzz_}"; } || fail_with_log "$log"
   memory_checked "memory sanitizer, kx_tests" build/msan ./kx_tests --gtest_brief=1 || status=1
   for target in "${targets[@]}"; do
