@@ -159,7 +159,8 @@ Result makePlan(BlitPlan& plan, const FamilyRules& family, const BlitRequest& r)
   plan.zMap = bytePlane(r.zMap, r.from);
   plan.alphamap = bytePlane(r.alphamap, r.from);
   plan.z = r.z;
-  const Sharing sharing = r.to.w > 0 && r.to.h > 0 ? sharedMemory(plan, r) : Sharing::None;
+  plan.empty = r.to.w < 1 || r.to.h < 1 || (plan.combine == nullptr && r.zBuffer == nullptr);
+  const Sharing sharing = plan.empty ? Sharing::None : sharedMemory(plan, r);
   plan.strips = plan.stretched && sharing == Sharing::None && rowsAreApart(plan);
   plan.pixelByPixel = sharing == Sharing::SameRow;
   return Result::Ok;

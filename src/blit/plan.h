@@ -40,6 +40,7 @@ constexpr Combine combineOf(Variant variant) {
 
 struct BlitPlan {
   std::int32_t width, height;  ///< of the destination rectangle
+  bool empty;                  ///< nothing is drawn: no size, or no pixels and no depths to be stored
   bool stretched;
   std::int64_t stepX, stepY;  ///< source pixels per destination pixel, 16.16
   std::int32_t sourceWidth;

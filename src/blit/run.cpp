@@ -239,7 +239,7 @@ void translateInPlace(const BlitPlan& plan) {
 }  // namespace
 
 void run(const BlitPlan& plan) {
-  if (plan.width < 1 || plan.height < 1) return;
+  if (plan.empty) return;
   if (translatesInPlace(plan)) return translateInPlace(plan);
   Runner(plan).run();
 }
