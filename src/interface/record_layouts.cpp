@@ -41,7 +41,7 @@ constexpr Span spans[] = {
 
 /// True when the list leaves no room in any record for a field that it does not name.
 constexpr bool listIsWhole() {
-  const Span* end = nullptr;
+  const Span* end = spans;
   const Span* last = nullptr;
   const auto follows = [](const Span& next, std::size_t begin) {
     return next.begin >= begin && next.begin - begin < next.alignment;
