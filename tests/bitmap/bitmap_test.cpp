@@ -185,6 +185,7 @@ TEST(CreateFromData, BorrowsOrTakesOver) {
       if (format == 0x14) expected.pitch = 16;  // packed rows have none, so one is computed
       if (format == 0x17) expected.pitch = 40;
       if (borrow != 0) expected.flags = 1u | (format > 15 ? 2u : 0u) | ((format & 15) == 4 ? 4u : 0u);
+      // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-exp42-c,cert-flp37-c): both come from zeroed memory
       EXPECT_EQ(0, std::memcmp(&expected, bitmap, sizeof expected)) << format;
       if (borrow != 0) {
         EXPECT_EQ(0u, KX_deleteBitmap(source));
