@@ -122,8 +122,7 @@ void planCombine(BlitPlan& plan, const BlitRequest& r) {
   plan.test = masked ? RowTest::Masked : r.variant.transparent() ? RowTest::Keyed : RowTest::All;
   const Combine rule = combineOf(r.variant);
   plan.isCopy = rule == Combine::Copy;
-  const bool hasPixels = formatInfo(r.dst->format).bytesFixed != 0;
-  plan.combine = hasPixels ? rowKernels().of(rule, plan.test, rowFormat(r.dst->format)) : nullptr;
+  plan.combine = hasBytes(r.dst->format) ? rowKernels().of(rule, plan.test, rowFormat(r.dst->format)) : nullptr;
   plan.readsDestination = !plan.isCopy || plan.test != RowTest::All;
   plan.alpha = static_cast<std::uint32_t>(r.alpha);
 }

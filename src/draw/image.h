@@ -50,13 +50,10 @@ inline bool findImageFormat(std::uint32_t format, ImageFormat& layout) {
 /// False for a record of no size, which only a stranger can have made. Operations find nothing to do there.
 inline bool hasPixels(const Bitmap& bitmap) { return bitmap.width > 0 && bitmap.height > 0; }
 
-/// False for formats that are not supported. Their bitmaps may have any number of rows, all of them without a byte.
-inline bool hasBytes(const Bitmap& bitmap) { return formatInfo(bitmap.format).bytesFixed != 0; }
-
 /// `changeRow(row)` on every row of a plain bitmap.
 template <typename ChangeRow>
 void forEachRow(const Bitmap& plain, ChangeRow changeRow) {
-  if (!hasBytes(plain)) return;
+  if (!hasBytes(plain.format)) return;
   for (std::int32_t y = 0; y < plain.height; ++y) changeRow(rowAddress(plain, y));
 }
 

@@ -32,7 +32,7 @@ Result mirrorX(const Bitmap& bitmap) {
                  [&](std::int32_t a, std::int32_t b) { std::swap(bitmap.rowTable[a], bitmap.rowTable[b]); });
     return Result::Ok;
   }
-  if (!hasBytes(bitmap)) return Result::Ok;
+  if (!hasBytes(bitmap.format)) return Result::Ok;
   const std::size_t size = rowBytes(bitmap);
   const HeapArray<std::uint8_t> buffer = makeHeapArray<std::uint8_t>(size);
   if (!buffer) return Result::OutOfMemory;

@@ -33,6 +33,9 @@ constexpr const FormatInfo& formatInfo(std::uint32_t word) { return formatTable[
 /// Whole bytes per pixel; 0 for one bit per pixel and for unknown formats.
 constexpr std::uint32_t bytesPerPixel(std::uint32_t word) { return formatInfo(word).bytesFixed >> 16; }
 
+/// False for formats that are not supported: their bitmaps may have any number of rows, all of them without a byte.
+constexpr bool hasBytes(std::uint32_t word) { return formatInfo(word).bytesFixed != 0; }
+
 /// True when either storage bit is set, which is how blits and lines see packed rows.
 constexpr bool hasPackedRows(std::uint32_t word) { return (word & KX_STORAGE_MASK) != 0; }
 
