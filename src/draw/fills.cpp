@@ -56,16 +56,16 @@ bool sharesMemory(const Bitmap& a, const Bitmap& b) {
   return begin(a) < end(b) && begin(b) < end(a);
 }
 
-/// Fills row pieces through the kernels with a row of one colour as their source.
-class BlendedFill {
+/// Fills what passes the depth test, through the kernels with a row of one colour as their source.
+class DepthFill {
 public:
   /// For runs of at most `longest` pixels.
-  BlendedFill(const Bitmap& target, std::uint32_t colour, const Blend& blend, std::int32_t longest)
+  DepthFill(const Bitmap& target, std::uint32_t colour, const Blend& blend, std::int32_t longest)
       : target_(target),
         blend_(blend),
         isMono_(formatCode(target.format) == KX_FORMAT_MONO),
-        combine_(rowKernels().of(blend.hasAlpha ? Combine::Alpha : Combine::Copy,
-                                 blend.hasDepth ? RowTest::Masked : RowTest::All, rowFormat(target.format))) {
+        combine_(rowKernels().of(blend.hasAlpha ? Combine::Alpha : Combine::Copy, RowTest::Masked,
+                                 rowFormat(target.format))) {
     fillSolid(source_, 0, 1, static_cast<std::size_t>(longest), isMono_ ? 1 : bytesPerPixel(target.format),
               isMono_ ? colour & 1 : colour);
   }
@@ -73,13 +73,12 @@ public:
   void fillRun(std::int32_t x, std::int32_t y, std::int32_t count) {
     const auto pixels = static_cast<std::size_t>(count);
     std::uint8_t mask[longestChunk];
-    if (blend_.hasDepth)
-      rowKernels().depth({.mask = mask,
-                          .zBuffer = pixelAddress(*blend_.zBuffer, x, y),
-                          .count = pixels,
-                          .refine = false,
-                          .zMap = nullptr,
-                          .z = blend_.z});
+    rowKernels().depth({.mask = mask,
+                        .zBuffer = pixelAddress(*blend_.zBuffer, x, y),
+                        .count = pixels,
+                        .refine = false,
+                        .zMap = nullptr,
+                        .z = blend_.z});
     std::uint8_t* const row = rowAddress(target_, y);
     if (isMono_) {
       std::uint8_t bits[longestChunk];
@@ -109,7 +108,7 @@ private:
 };
 
 void fillBlended(const Bitmap& target, const Rectangle& area, std::uint32_t colour, const Blend& blend) {
-  if (formatInfo(target.format).bytesFixed == 0) return;
+  if (!hasBytes(target.format)) return;
   if (!blend.hasDepth)
     return rowKernels().blendColour[static_cast<std::size_t>(rowFormat(target.format))](
         {.dst = pixelAddress(target, area.x, area.y),
@@ -119,9 +118,9 @@ void fillBlended(const Bitmap& target, const Rectangle& area, std::uint32_t colo
          .colour = colour,
          .alpha = static_cast<std::uint32_t>(blend.alpha)});
   // Where the depths lie in the target itself each pixel is finished before the next is tested.
-  const bool onePerRun = blend.hasDepth && sharesMemory(target, *blend.zBuffer);
+  const bool onePerRun = sharesMemory(target, *blend.zBuffer);
   const std::int32_t longest = onePerRun ? 1 : std::min(area.w, longestChunk);
-  BlendedFill fill(target, colour, blend, longest);
+  DepthFill fill(target, colour, blend, longest);
   for (std::int32_t y = area.y; y < area.y + area.h; ++y)
     for (std::int32_t done = 0; done < area.w; done += longest)
       fill.fillRun(area.x + done, y, std::min(longest, area.w - done));
