@@ -25,6 +25,12 @@ constexpr std::size_t rowTestCount = 3;
 enum class RowFormat : std::uint8_t { Mono, Grey8, Rgb555, Rgb565, Bgr24 };
 constexpr std::size_t rowFormatCount = 5;
 
+/// Bytes of a pixel in a row; bits stand in bytes of their own.
+template <RowFormat Format>
+constexpr std::size_t pixelBytes = Format == RowFormat::Bgr24                                   ? 3
+                                   : Format == RowFormat::Rgb555 || Format == RowFormat::Rgb565 ? 2
+                                                                                                : 1;
+
 constexpr RowFormat rowFormats[16] = {RowFormat::Mono,  RowFormat::Grey8,  RowFormat::Grey8,  RowFormat::Grey8,
                                       RowFormat::Grey8, RowFormat::Rgb555, RowFormat::Rgb565, RowFormat::Bgr24};
 

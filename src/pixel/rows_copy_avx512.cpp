@@ -67,9 +67,9 @@ void copySome(const RowSpan& span) {
   });
 }
 
-template <std::size_t Bytes, RowFormat Format>
+template <RowFormat Format>
 void copyAll(const RowSpan& span) {
-  const std::size_t bytes = span.count * Bytes;
+  const std::size_t bytes = span.count * pixelBytes<Format>;
   if (bytes == 0) return;
   if (bytes >= longestCopy) return base.of(Combine::Copy, RowTest::All, Format)(span);
   const std::size_t fullSteps = (bytes - 1) / registerBytes;
@@ -84,21 +84,22 @@ void copyAll(const RowSpan& span) {
   });
 }
 
-template <std::size_t Bytes, RowFormat Format>
+template <RowFormat Format>
 void improve(RowKernels& kernels) {
-  kernels.of(Combine::Copy, RowTest::All, Format) = copyAll<Bytes, Format>;
-  kernels.of(Combine::Copy, RowTest::Keyed, Format) = copySome<Bytes, RowTest::Keyed>;
-  kernels.of(Combine::Copy, RowTest::Masked, Format) = copySome<Bytes, RowTest::Masked>;
+  constexpr std::size_t bytes = pixelBytes<Format>;
+  kernels.of(Combine::Copy, RowTest::All, Format) = copyAll<Format>;
+  kernels.of(Combine::Copy, RowTest::Keyed, Format) = copySome<bytes, RowTest::Keyed>;
+  kernels.of(Combine::Copy, RowTest::Masked, Format) = copySome<bytes, RowTest::Masked>;
 }
 
 }  // namespace
 
 RowKernels improveCopiesAvx512(RowKernels kernels) {
   base = kernels;
-  improve<1, RowFormat::Grey8>(kernels);
-  improve<2, RowFormat::Rgb555>(kernels);
-  improve<2, RowFormat::Rgb565>(kernels);
-  improve<3, RowFormat::Bgr24>(kernels);
+  improve<RowFormat::Grey8>(kernels);
+  improve<RowFormat::Rgb555>(kernels);
+  improve<RowFormat::Rgb565>(kernels);
+  improve<RowFormat::Bgr24>(kernels);
   return kernels;
 }
 

@@ -321,7 +321,7 @@ concept MasksParts = requires {
 /// Rows of less than a step, where V loads and stores parts of a register.
 template <typename V, RowFormat Format, Combine Rule, RowTest Test>
 void combineShortRows(const RowSpan& span, const ConstantBlend<V, Format>& blend) {
-  constexpr std::size_t bytes = isWide(Format) ? 2 : 1;
+  constexpr std::size_t bytes = pixelBytes<Format>;
   const typename V::Part pixels(span.count * bytes), besides(span.count);
   eachRow<Rule>(span, [&](const RowSpan& row) {
     std::uint8_t dst[V::bytes], src[V::bytes], mask[V::bytes], map[V::bytes];
@@ -350,8 +350,7 @@ void combineRows(const RowSpan& span) {
 
 template <typename V, RowFormat Format>
 void copyRows(const RowSpan& span) {
-  constexpr std::size_t pixelBytes = isWide(Format) ? 2 : Format == RowFormat::Bgr24 ? 3 : 1;
-  const std::size_t bytes = span.count * pixelBytes;
+  const std::size_t bytes = span.count * pixelBytes<Format>;
   if (bytes < V::bytes || bytes >= longestCopy) return shortRows.of(Combine::Copy, RowTest::All, Format)(span);
   eachRow<Combine::Copy>(span, [=](const RowSpan& row) {
     overRow<V::bytes>(
@@ -363,7 +362,7 @@ void copyRows(const RowSpan& span) {
 template <typename V, RowFormat Format>
 void vectorColour(const ColourArea& given) {
   const ColourArea area = given;
-  constexpr std::size_t bytes = Format == RowFormat::Bgr24 ? 3 : Format == RowFormat::Grey8 ? 1 : 2;
+  constexpr std::size_t bytes = pixelBytes<Format>;
   constexpr std::size_t step = bytes == 3 ? V::bytes : V::bytes / bytes;
   if (area.count < step) return shortRows.blendColour[static_cast<std::size_t>(Format)](given);
 
