@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 #include "kxgraphic/types.h"
 #include "pixel/formats.h"
+#include "pixel/memory_range.h"
 
 namespace kx {
 
@@ -18,6 +20,12 @@ inline std::uint8_t* rowAddress(const Bitmap& bitmap, std::int32_t y) {
 /// Byte of a plain bitmap that holds pixel (x, y), or its first byte.
 inline std::uint8_t* pixelAddress(const Bitmap& bitmap, std::int32_t x, std::int32_t y) {
   return rowAddress(bitmap, y) + byteOffset(bitmap.format, x);
+}
+
+/// The memory of a plain bitmap's rows, the bytes between them included.
+inline MemoryRange memoryOf(const Bitmap& bitmap) {
+  const std::int64_t pitch = bitmap.pitch;
+  return MemoryRange::ofRows(bitmap.pixels, std::max(pitch, -pitch), pitch, bitmap.height);
 }
 
 /// True when the rectangle lies wholly inside the bitmap. Sizes of 0 or less are the caller's business.

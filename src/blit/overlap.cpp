@@ -19,12 +19,12 @@ Area bitArea(Plane plane, std::size_t first, std::int32_t count, std::int32_t he
 }
 
 /// All that decoding the rows may read.
-Range packedRange(const BlitPlan& plan, const BlitRequest& r) {
+MemoryRange packedRange(const BlitPlan& plan, const BlitRequest& r) {
   const auto [least, greatest] = std::minmax_element(plan.packedRows, plan.packedRows + r.from.h);
   // A pixel takes at most a header and its own bytes.
   const std::int64_t longestRow =
       (std::int64_t{r.from.x} + r.from.w + longestOverrun) * static_cast<std::int64_t>(plan.sourceBytes + 1);
-  return Range::of(plan.source.start + *least, std::int64_t{*greatest} - *least + longestRow);
+  return MemoryRange::of(plan.source.start + *least, std::int64_t{*greatest} - *least + longestRow);
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ Sharing sharedMemory(const BlitPlan& plan, const BlitRequest& r) {
   if (plan.fetch == Fetch::Bits) readsFrom(bitArea(plan.source, plan.sourceX, r.from.w, r.from.h));
   // Where the packets of a row lie is not known before they are read.
   if (plan.fetch == Fetch::Packed) {
-    const Range packets = packedRange(plan, r);
+    const MemoryRange packets = packedRange(plan, r);
     if (packets.meets(target.envelope()) || packets.meets(depths.envelope())) sharing = Sharing::SameRow;
   }
   return sharing;

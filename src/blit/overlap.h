@@ -2,23 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
-
 #include "blit/plan.h"
+#include "pixel/memory_range.h"
 
 namespace kx {
-
-/// Bytes from `begin` to before `end`.
-struct Range {
-  std::uintptr_t begin = 0, end = 0;
-
-  static Range of(const void* first, std::int64_t size) {
-    const auto begin = reinterpret_cast<std::uintptr_t>(first);
-    return {begin, begin + static_cast<std::uintptr_t>(size)};
-  }
-
-  [[nodiscard]] bool meets(const Range& other) const { return begin < other.end && other.begin < end; }
-};
 
 /// The bytes that each row of a rectangle takes. Empty where there is no rectangle.
 struct Area {
@@ -26,14 +13,11 @@ struct Area {
   std::int64_t rowBytes = 0;
   std::int32_t height = 0;
 
-  [[nodiscard]] Range row(std::int64_t y) const { return Range::of(plane.row(y), rowBytes); }
+  [[nodiscard]] MemoryRange row(std::int64_t y) const { return MemoryRange::of(plane.row(y), rowBytes); }
 
-  /// From the first byte to the last, whichever way the rows go.
-  [[nodiscard]] Range envelope() const {
+  [[nodiscard]] MemoryRange envelope() const {
     if (plane.start == nullptr) return {};
-    const std::int64_t down = std::int64_t{height - 1} * plane.pitch;
-    return Range::of(plane.start + static_cast<std::ptrdiff_t>(std::min<std::int64_t>(down, 0)),
-                     std::max(down, -down) + rowBytes);
+    return MemoryRange::ofRows(plane.start, rowBytes, plane.pitch, height);
   }
 };
 

@@ -47,15 +47,6 @@ void fillPlain(const Bitmap& bitmap, const Rectangle& area, std::uint32_t colour
   }
 }
 
-/// True when writing a colour could change a depth that is still to be tested.
-bool sharesMemory(const Bitmap& a, const Bitmap& b) {
-  const auto begin = [](const Bitmap& bitmap) { return reinterpret_cast<std::uintptr_t>(bitmap.pixels); };
-  const auto end = [&](const Bitmap& bitmap) {
-    return begin(bitmap) + static_cast<std::uintptr_t>(std::int64_t{bitmap.pitch} * bitmap.height);
-  };
-  return begin(a) < end(b) && begin(b) < end(a);
-}
-
 /// Fills what passes the depth test, through the kernels with a row of one colour as their source.
 class DepthFill {
 public:
@@ -118,7 +109,7 @@ void fillBlended(const Bitmap& target, const Rectangle& area, std::uint32_t colo
          .colour = colour,
          .alpha = static_cast<std::uint32_t>(blend.alpha)});
   // Where the depths lie in the target itself each pixel is finished before the next is tested.
-  const bool onePerRun = sharesMemory(target, *blend.zBuffer);
+  const bool onePerRun = memoryOf(target).meets(memoryOf(*blend.zBuffer));
   const std::int32_t longest = onePerRun ? 1 : std::min(area.w, longestChunk);
   DepthFill fill(target, colour, blend, longest);
   for (std::int32_t y = area.y; y < area.y + area.h; ++y)

@@ -9,6 +9,7 @@
 #include "kxgraphic/landscape.h"
 #include "landscape/kernels.h"
 #include "pixel/memory.h"
+#include "pixel/memory_range.h"
 
 namespace kx {
 
@@ -37,17 +38,6 @@ std::int16_t cut(std::int32_t value) { return static_cast<std::int16_t>(value); 
 
 /// Greatest position in an image, as positions saturate at 16 bits.
 constexpr std::int32_t farthest = std::numeric_limits<std::int16_t>::max();
-
-/// Memory that rows of bytes take up; the rows may go upwards.
-struct Extent {
-  std::int64_t begin, end;
-
-  Extent(const std::uint8_t* first, std::int64_t bytes, std::int64_t pitch = 0, std::int64_t rows = 1)
-      : begin(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(first)) + std::min(pitch * (rows - 1), {})),
-        end(begin + std::abs(pitch * (rows - 1)) + bytes) {}
-
-  [[nodiscard]] bool touches(const Extent& other) const { return begin < other.end && other.begin < end; }
-};
 
 /// The arguments of a refraction.
 struct Refraction {
@@ -189,12 +179,12 @@ private:
   [[nodiscard]] bool isApart(const Cells& cells, const std::uint8_t* lowest, const std::uint8_t* highest,
                              std::int32_t size) const {
     const std::int64_t width = std::int64_t{2} * size * cells.count;
-    const Extent drawn(cells.to, width, destPitch, size);
-    const Extent seen(lowest, highest - lowest + std::int64_t{2} * size, imagePitch, size);
-    const Extent heights(cells.water, std::int64_t{2} * cells.count + 2);
-    const Extent lowerHeights(cells.water + waterPitch - 2, std::int64_t{2} * cells.count + 2);
+    const auto drawn = MemoryRange::ofRows(cells.to, width, destPitch, size);
+    const auto seen = MemoryRange::ofRows(lowest, highest - lowest + std::int64_t{2} * size, imagePitch, size);
+    const auto heights = MemoryRange::of(cells.water, std::int64_t{2} * cells.count + 2);
+    const auto lowerHeights = MemoryRange::of(cells.water + waterPitch - 2, std::int64_t{2} * cells.count + 2);
     const bool rowsApart = size == 1 || std::abs(std::int64_t{destPitch}) >= width;
-    return rowsApart && !drawn.touches(seen) && !drawn.touches(heights) && !drawn.touches(lowerHeights);
+    return rowsApart && !drawn.meets(seen) && !drawn.meets(heights) && !drawn.meets(lowerHeights);
   }
 };
 

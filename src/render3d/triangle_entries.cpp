@@ -1,10 +1,10 @@
 // The two triangle functions that draw: checks, choice of the variant, clipping from above and below, locks.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <cstdlib>
 #include <optional>
 
 #include "bitmap/locks.h"
+#include "bitmap/view.h"
 #include "kxgraphic/kxgraphic.h"
 #include "pixel/cpu.h"
 #include "pixel/formats.h"
@@ -89,15 +89,6 @@ bool leavesBlock(const Corners& corners, std::int32_t widthCode, std::int64_t la
   return vLow * rowBytes + 2 * uLow < 0 || vHigh * rowBytes + 2 * uHigh > lastTexel;
 }
 
-bool shareMemory(const Bitmap& target, const std::uint8_t* texels, std::int64_t texelBytes) {
-  const auto addressOf = [](const std::uint8_t* p) { return reinterpret_cast<std::uintptr_t>(p); };
-  const std::int64_t targetBytes = std::abs(std::int64_t{target.pitch}) * target.height;
-  const std::uint8_t* first =
-      target.pitch < 0 ? target.pixels + (std::int64_t{target.height} - 1) * target.pitch : target.pixels;
-  return addressOf(first) < addressOf(texels) + static_cast<std::uint64_t>(texelBytes) &&
-         addressOf(texels) < addressOf(first) + static_cast<std::uint64_t>(targetBytes);
-}
-
 /// With target and texture locked. BitmapDestroyed for either without pixels.
 Result drawLocked(TriangleJob& job, const Corners& corners, const Bitmap& target, const Bitmap& level,
                   const TriangleRequest& request) {
@@ -112,7 +103,9 @@ Result drawLocked(TriangleJob& job, const Corners& corners, const Bitmap& target
   const TriangleVariant variant = {.is565 = formatCode(target.format) == KX_FORMAT_565,
                                    .blended = request.alpha.has_value(),
                                    .limited = leavesBlock(corners, job.widthCode, job.lastTexel)};
-  (shareMemory(target, level.pixels, texelBytes) ? triangleKernelsPortable() : *kernels).of(variant)(job);
+  // Drawing into the texture itself must finish each pixel before it reads the next texel.
+  const bool drawsItself = memoryOf(target).meets(MemoryRange::of(level.pixels, texelBytes));
+  (drawsItself ? triangleKernelsPortable() : *kernels).of(variant)(job);
   return Result::Ok;
 }
 

@@ -96,26 +96,35 @@ TEST(Fills, EveryVariantAndFormat) {
   }
 }
 
-/// A Z buffer in the very bytes that are drawn on, shifted: each pixel is finished before the next is tested.
+/// A Z buffer in the very bytes that are drawn on, shifted: each pixel is finished before the next is tested, whichever
+/// way the target's rows go.
 TEST(Fills, DepthsInTheTargetItself) {
-  Model model{3, 64, 4};
-  Random random(0x5A);
-  model.fillWithNoise(random, 3);
-  const Image image(model);
-  Bitmap lower = *image;  // the rows below the first, so that there is memory before them
-  lower.pixels += lower.pitch;
-  lower.height = 3;
-  Bitmap depths = lower;
-  depths.pixels -= 1;
-  const std::uint8_t* const bytes = image->pixels;
-  std::vector<std::uint8_t> expected(bytes, bytes + 64 * 4);
-  for (std::size_t i = 64 + 5; i < 64 + 45; ++i) {
-    if (100 > expected[i - 1]) continue;
-    expected[i - 1] = 100;
-    expected[i] = 200;
+  for (const bool upwards : {false, true}) {
+    Model model{3, 64, 5};
+    Random random(0x5A);
+    model.fillWithNoise(random, 3);
+    const Image image(model);
+    // The three rows in the middle, so that there is memory on both sides of them. The one that is drawn on is their
+    // middle, from either end.
+    Bitmap target = *image;
+    target.height = 3;
+    target.pixels += target.pitch;
+    Bitmap depths = target;
+    depths.pixels -= 1;
+    if (upwards) {
+      target.pixels += 2 * target.pitch;
+      target.pitch = -target.pitch;
+    }
+    const std::uint8_t* const bytes = image->pixels;
+    std::vector<std::uint8_t> expected(bytes, bytes + 64 * 5);
+    for (std::size_t i = 64 * 2 + 5; i < 64 * 2 + 45; ++i) {
+      if (100 > expected[i - 1]) continue;
+      expected[i - 1] = 100;
+      expected[i] = 200;
+    }
+    EXPECT_EQ(0u, KX_fillRectZBuffer(&target, &depths, 5, 1, 40, 1, 200, 100));
+    EXPECT_EQ(expected, std::vector<std::uint8_t>(bytes, bytes + 64 * 5)) << (upwards ? "upwards" : "downwards");
   }
-  EXPECT_EQ(0u, KX_fillRectZBuffer(&lower, &depths, 5, 0, 40, 1, 200, 100));
-  EXPECT_EQ(expected, std::vector<std::uint8_t>(bytes, bytes + 64 * 4));
 }
 
 TEST(MoveRect, OverlappingAndNot) {
