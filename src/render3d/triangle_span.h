@@ -52,13 +52,12 @@ class VectorFiller {
 
   /// One stepped value.
   struct Stepped {
-    UnsignedWords even;
     UnsignedWords step;
+    UnsignedWords even;
 
-    Stepped(std::int32_t at, std::int32_t perPixel) {
-      step = UnsignedWords{} + static_cast<std::uint32_t>(perPixel);
-      even = UnsignedWords{} + static_cast<std::uint32_t>(at) + step * evenNumbers();
-    }
+    Stepped(std::int32_t at, std::int32_t perPixel)
+        : step(UnsignedWords{} + static_cast<std::uint32_t>(perPixel)),
+          even(UnsignedWords{} + static_cast<std::uint32_t>(at) + step * evenNumbers()) {}
 
     [[nodiscard]] UnsignedWords odd() const { return even + step; }
     void nextBlock() { even += step * static_cast<std::uint32_t>(block); }
