@@ -206,11 +206,12 @@ void Session::fillData(kxtest::GuardedBlock& block) {
   const std::uint8_t how = bytes_.byte();
   const std::size_t numbers = std::min<std::size_t>(block.size() / 4, 18);
   for (std::size_t i = 0; i < numbers && how < 200; ++i) {
+    const std::int32_t value = number();
     Argument argument{};
-    argument.number = number();
+    argument.number = value;
     if (how < 100)
-      argument.real = how < 60 ? static_cast<float>(argument.number)
-                               : kxtest::extreme(Kind::Real, static_cast<std::size_t>(argument.word)).real;
+      argument.real =
+          how < 60 ? static_cast<float>(value) : kxtest::extreme(Kind::Real, static_cast<std::uint32_t>(value)).real;
     std::memcpy(block.data() + 4 * i, &argument.word, 4);
   }
 }

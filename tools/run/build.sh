@@ -20,7 +20,7 @@ configure() {
   log=$logs/$preset-configure.log
   options=("-DKX_TESTS=$(on_if [ -z "$(missing_packages tests)" ])"
            "-DKX_EXAMPLES=$(on_if [ -z "$(missing_packages demo)" ])")
-  [ "$preset" = release ] && options+=("-DKX_BENCH=$(on_if [ -z "$(missing_packages bench)" ])")
+  [[ $preset =~ ^(release|lint)$ ]] && options+=("-DKX_BENCH=$(on_if [ -z "$(missing_packages bench)" ])")
   command -v ccache >/dev/null &&
     options+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
   # kxcount needs valgrind's header, which may come later.
