@@ -16,12 +16,13 @@
  *   0x2008  a Z buffer that is packed or not of format 3
  *   5       a bitmap without method table
  *   0x2001  a bitmap without pixels, or packed without a row table
+ *   8       packed rows of less than a byte per pixel
  *   2       memory ran out, which only packed bitmaps, flood fills and mirroring need
  * and whatever a bitmap's own lock returns.
  *
  * Up to code 5 nothing is locked or changed. Then the target and the Z buffer are locked through their own tables.
- * Drawing that fails after that leaves them locked; image operations unlock in any case. Packed bitmaps are unpacked,
- * drawn on and packed again as a whole for every call, and are unchanged when one fails.
+ * Drawing that fails after that leaves them locked; image operations leave locked only a bitmap without pixels. Packed
+ * bitmaps are unpacked, drawn on and packed again as a whole for every call, and are unchanged when one fails.
  *
  * Image operations work on whole bitmaps in place. Channels of five and six bits are widened to eight with ones below,
  * the green of six bits losing its lowest bit to them, and cut again. In format 4 the operations on colours change the
