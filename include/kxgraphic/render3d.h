@@ -7,8 +7,9 @@
  * Triangles are given in screen space: pixels to the right and down, and texels of level 0. Fields may be floats or
  * integers; values beyond +-32767 and infinities are limited to that range, and not-a-number counts as 0. Floats are
  * rounded to nearest, halves to even, when all three x lie between the clip columns, and otherwise cut toward zero.
- * Rows and pixels are inclusive at both ends, so that neighbours share their common edge. All three corners on one
- * row, or a flat top whose two corners share x, draw nothing.
+ * Rows are inclusive at both ends. A row starts at the left edge's pixel and has one pixel more than there are whole
+ * ones between the edges: it ends at the right edge's pixel or the one before. All three corners on one row, or a flat
+ * top whose two corners share x, draw nothing.
  *
  * A pixel is the nearest texel, to whose channels (five bits each; the lowest bit of a 5-6-5 green is dropped) the
  * interpolated shade is added, limited to black and white. Of a shade byte (signed) the upper five bits count: 0x08 is

@@ -38,15 +38,16 @@ inline void nextRow(Edge& edge, const Edge& lower) {
 }
 
 /// The part of a row between both edges that lies inside the clip columns; false when there is none. The steps are
-/// those of the whole span.
+/// those of the whole span. Settled: its length counts whole pixels from edge to edge, so that it ends one pixel before
+/// the right edge's where that edge lies less far in its pixel than the left one.
 inline bool makeSpan(TriangleSpan& span, const TriangleJob& job, const Lanes& left, const Lanes& right,
                      std::int32_t y) {
   const std::int32_t first = left[laneX] >> 16;
-  const std::int32_t last = right[laneX] >> 16;
+  const auto length = static_cast<std::int32_t>((std::int64_t{right[laneX]} - left[laneX]) >> 16) + 1;
   const std::int32_t begin = greater(first, job.clipLeft);
-  const std::int32_t end = lesser(last, job.clipRight);
-  if (first > last || begin > end) return false;
-  divideLanes(span.step, left, right, last - first + 1);
+  const std::int32_t end = lesser(first + length - 1, job.clipRight);
+  if (begin > end) return false;
+  divideLanes(span.step, left, right, length);
   span.at = left;
   // The sum lies in range though the product may not.
   using Unsigned [[gnu::vector_size(sizeof(Lanes))]] = std::uint32_t;

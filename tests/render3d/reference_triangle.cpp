@@ -73,7 +73,7 @@ void shadePixel(const ReferenceTriangle& t, Wide x, Wide y, const Wide (&value)[
 
 void drawRow(const ReferenceTriangle& t, Wide y, const Wide (&left)[6], const Wide (&right)[6]) {
   const Wide first = left[0] >> 16;
-  const Wide length = (right[0] >> 16) - first + 1;
+  const Wide length = ((right[0] - left[0]) >> 16) + 1;
   for (Wide i = 0; i < length; ++i) {
     if (first + i < t.clipLeft || first + i > t.clipRight) continue;
     Wide value[6];

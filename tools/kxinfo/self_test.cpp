@@ -227,10 +227,10 @@ std::vector<Finding> selfTest() {
       {"copy blits", copy, 0x47729DF7},
       {"stretch blits", stretch, 0xF89A90EC},
       {"image operations", change, 0x52FCC3B7},
-      {"triangles", drawTriangles, 0x49D34ADB},
-      {"landscapes", shapeLandscape, 0x1E12CABE},
-      {"water", moveWater, 0x899C0F70},
-      {"coders", code, 0x4825314A},
+      {"triangles", drawTriangles, 0xB29DE570},
+      {"landscapes", shapeLandscape, 0x8C89906A},
+      {"water", moveWater, 0x3F7FCA92},
+      {"coders", code, 0x50AE7C57},
   };
   Desk desk;
   std::vector<Finding> findings;
