@@ -3,8 +3,8 @@
 # Windows: every function is exported under its full decorated text ("_KX_lock@4"). The compiler's own symbol lacks the
 # leading underscore in a .def file, hence lines `"_KX_lock@4" = "KX_lock@4"`; and the import library comes from dlltool
 # with `"KX_lock@4" == "_KX_lock@4"`, as the linker's own would not link.
-# ELF: a version script hides all other names, and a linker script adds the aliases that make the library a driver of
-# itself ("_KX_lock").
+# ELF: a version script hides all other names, and a linker script adds the aliases of the slots of method tables that
+# make the library a driver of itself ("_KX_lock").
 
 set(KX_EXPORTS_FOLDER ${CMAKE_CURRENT_LIST_DIR}/../include/kxgraphic/exports)
 
@@ -90,14 +90,15 @@ function(kx_export_list target)
       COMMENT "Making the import library of ${target}"
       VERBATIM)
   else()
-    set(aliases ${names})
-    list(TRANSFORM aliases REPLACE "(.+)" "_\\1 = \\1$<SEMICOLON>\n")
-    set(hidden ${names})
-    list(TRANSFORM hidden REPLACE "(.+)" "  \\1$<SEMICOLON>\n  _\\1$<SEMICOLON>\n")
-    set(data ${tables})
-    list(TRANSFORM data REPLACE "(.+)" "  \\1$<SEMICOLON>\n")
+    kx_read_list(slots unused)
+    list(FILTER slots EXCLUDE REGEX "^FUNCTION")
+    list(TRANSFORM slots REPLACE "^[A-Z]+\\|([^|]+)\\|.*" "_\\1")
+    set(aliases ${slots})
+    list(TRANSFORM aliases REPLACE "_(.+)" "_\\1 = \\1$<SEMICOLON>\n")
+    set(visible ${names} ${slots} ${tables})
+    list(TRANSFORM visible REPLACE "(.+)" "  \\1$<SEMICOLON>\n")
     string(CONCAT aliases ${aliases})
-    string(CONCAT version "{ global:\n" ${hidden} ${data} "local: *$<SEMICOLON>\n}$<SEMICOLON>\n")
+    string(CONCAT version "{ global:\n" ${visible} "local: *$<SEMICOLON>\n}$<SEMICOLON>\n")
     string(REPLACE "$<SEMICOLON>" ";" aliases "${aliases}")
     string(REPLACE "$<SEMICOLON>" ";" version "${version}")
     file(CONFIGURE OUTPUT ${folder}/aliases.ld CONTENT "${aliases}" @ONLY)

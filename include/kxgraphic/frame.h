@@ -21,8 +21,8 @@
  *
  * Drivers. A library that exports some of these functions under names of its own stands in for them. The text of a slot
  * is "_", the prefix, "_", the slot's name and, on Windows, "@" and the bytes of its arguments: with the prefix "ACME"
- * "_ACME_lock@4" on Windows and "_ACME_lock" elsewhere. The library exports its functions under "KX" in this way too,
- * so that it can be a driver of itself. */
+ * "_ACME_lock@4" on Windows and "_ACME_lock" elsewhere. The library exports the functions of its tables
+ * under "KX" in this way too, so that it can be a driver of itself. */
 
 #include "exports/declare_begin.inc"
 #include "exports/common_methods.inc"

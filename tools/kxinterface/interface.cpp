@@ -9,12 +9,13 @@ namespace kxinterface {
 std::vector<Function> functions() {
   return {
 #define KX_METHOD(slot, result, parameters) \
-  {"KX_" #slot, #result, parametersOf(#parameters), Function::State::Designed},
+  {"KX_" #slot, #result, parametersOf(#parameters), Function::State::Designed, true},
 #define KX_PLACEHOLDER(slot, result, parameters) \
-  {"KX_" #slot, #result, parametersOf(#parameters), Function::State::Placeholder},
+  {"KX_" #slot, #result, parametersOf(#parameters), Function::State::Placeholder, true},
 #define KX_UNDESIGNED(slot, result, parameters) \
-  {"KX_" #slot, #result, parametersOf(#parameters), Function::State::Reserved},
-#define KX_FUNCTION(name, result, parameters) {#name, #result, parametersOf(#parameters), Function::State::Designed},
+  {"KX_" #slot, #result, parametersOf(#parameters), Function::State::Reserved, true},
+#define KX_FUNCTION(name, result, parameters) \
+  {#name, #result, parametersOf(#parameters), Function::State::Designed, false},
 #include "kxgraphic/exports/all.inc"
 #undef KX_METHOD
 #undef KX_PLACEHOLDER

@@ -21,6 +21,7 @@ struct Function {
   std::string result;
   std::vector<Parameter> parameters;
   State state;
+  bool isSlot;  ///< of a method table
 
   /// "_KX_lock@4": every argument takes four bytes of the stack.
   [[nodiscard]] std::string decorated() const { return "_" + name + "@" + std::to_string(4 * parameters.size()); }

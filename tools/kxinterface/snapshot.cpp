@@ -14,7 +14,7 @@ void writeSnapshot(std::ostream& out) {
     exported.push_back(function.decorated());
 #else
     exported.push_back(function.name);
-    exported.push_back("_" + function.name);
+    if (function.isSlot) exported.push_back("_" + function.name);
 #endif
   }
   for (const Table& table : tables()) exported.emplace_back(table.name);

@@ -7,10 +7,14 @@
 
 namespace kxtest {
 
-void* driverSymbol(const char* name, unsigned) {
+void* exportedSymbol(const char* name, unsigned) {
   static void* const library = dlopen(KX_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
-  void* const alias = dlsym(library, std::string("_").append(name).c_str());
-  return alias == dlsym(library, name) ? alias : nullptr;
+  return dlsym(library, name);
+}
+
+void* driverSymbol(const char* name, unsigned argumentBytes) {
+  void* const alias = exportedSymbol(std::string("_").append(name).c_str(), argumentBytes);
+  return alias == exportedSymbol(name, argumentBytes) ? alias : nullptr;
 }
 
 }  // namespace kxtest

@@ -7,9 +7,11 @@
 
 namespace kxtest {
 
-void* driverSymbol(const char* name, unsigned argumentBytes) {
+void* exportedSymbol(const char* name, unsigned argumentBytes) {
   const std::string text = std::string("_").append(name).append("@").append(std::to_string(argumentBytes));
   return reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(KX_LIBRARY), text.c_str()));
 }
+
+void* driverSymbol(const char* name, unsigned argumentBytes) { return exportedSymbol(name, argumentBytes); }
 
 }  // namespace kxtest
