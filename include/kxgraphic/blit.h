@@ -22,8 +22,9 @@
  * 128 on.
  *
  * A packed source is decoded row by row. The rest of a run that begins left of sx is copied whole, even beyond the
- * right edge, up to the end of the pixel memory; stretches do not do that. A packed destination is unpacked, drawn on
- * with the same function (two members go on as others, see there) and packed again.
+ * right edge, up to the end of the pixel memory; stretches and copies that convert channel by channel do not do that.
+ * A packed destination is unpacked, drawn on with the same function (two members go on as others, see there) and
+ * packed again.
  *
  * Z buffer, Z map and alpha map are plain bitmaps of format 3 that cover the rectangles they are read for. Where
  * bitmaps share memory, the result is that of a plain loop over the pixels, and of a plain copy without conversion

@@ -58,8 +58,10 @@ Result checkCovers(Bitmap* bitmap, const Rect& rect) {
   if (rect.w < 1 || rect.h < 1) return Result::Ok;
   std::int64_t held = std::int64_t{bitmap->pitch} * bitmap->height;
   if (hasPackedRows(bitmap->format)) {
-    std::uint32_t packedBytes = 0;
+    constexpr std::uint32_t unwritten = 0xFFFFFFFF;
+    std::uint32_t packedBytes = unwritten;
     KX_TRY(fromCode(KX_getBitmapSize(bitmap, &packedBytes)));
+    if (packedBytes == unwritten) return Result::OutOfMemory;  // all that tells of it
     held = packedBytes;
   }
   const std::int64_t lastRow = std::int64_t{rect.y} + rect.h - 1;

@@ -97,6 +97,8 @@ private:
     if (gathersInPlace_) return gatherInPlace(x, count);
     if (!repeated_) fetch(x, count);
     if (plan_.test == RowTest::Masked) test(x, count);
+    // After the test, whose depths may be stored over the weights.
+    if (!repeated_) weights_ = besideSource(plan_.alphamap, weightBuffer_, x);
     if (plan_.combine != nullptr) combine(x, count);
   }
 
@@ -122,7 +124,6 @@ private:
       plan_.convert(converted_, translated_, count, nearest_ ? &*nearest_ : nullptr);
       translated_ = converted_;
     }
-    weights_ = besideSource(plan_.alphamap, weightBuffer_, x);
     depths_ = besideSource(plan_.zMap, depthBuffer_, x);
   }
 

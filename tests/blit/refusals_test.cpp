@@ -206,13 +206,20 @@ TEST(BlitRefusals, PackedTargetsNeedTheirPaletteOnlyWhereItIsUsed) {
 }
 
 TEST(BlitRefusals, FailedAllocationsAreReportedAndLeaveNoBlocks) {
-  // A missing translation, and the temporary of a packed destination.
-  for (const bool packed : {false, true})
+  // A missing translation, the temporary of a packed destination, and measuring a packed Z buffer.
+  enum class Needs { Translation, Temporary, Measure };
+  for (const Needs needs : {Needs::Translation, Needs::Temporary, Needs::Measure})
     for (unsigned nth = 1;; ++nth) {
-      Scene scene(6, packed ? 6 : 4, packed);
-      if (!packed) {
+      Scene scene(6, needs == Needs::Translation ? 4 : 6, needs == Needs::Temporary);
+      if (needs == Needs::Translation) {
         scene.src.record()->table16 = nullptr;
         scene.src.record()->flags &= ~std::uint32_t{KX_BORROWED_TABLE16};
+      }
+      TestImage packed(scene.random, 3, 20, 10, true);
+      if (needs == Needs::Measure) {
+        scene.call.stretch = true;
+        scene.call.depth = Depth::ZBuffer;
+        scene.call.zbuffer = packed.record();
       }
       const std::vector<std::uint32_t> before = scene.dst.pixels();
       const std::size_t blocks = kxtest::liveBlocks();
