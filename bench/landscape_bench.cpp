@@ -64,7 +64,7 @@ std::function<void()> refraction(std::int32_t cellSize, std::int32_t shadeShift)
 
 const Group own([](std::vector<Row>& rows) {
   const auto add = [&](const char* name, std::int64_t items, std::int64_t bytes,
-                       std::function<std::function<void()>()> prepare) {
+                       const std::function<std::function<void()>()>& prepare) {
     rows.push_back({name, "kx", items, bytes, [prepare, call = std::make_shared<std::function<void()>>()] {
                       if (!*call) *call = prepare();
                       (*call)();

@@ -96,6 +96,7 @@ int main(int argc, char** argv) {
   registerRows(quick ? 0.02 : 0.1, quick ? 2 : 5);
 
   std::vector<char*> arguments;
+  arguments.reserve(passed.size());
   for (std::string& argument : passed) arguments.push_back(argument.data());
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());

@@ -12,8 +12,7 @@ namespace kxbench {
 
 namespace {
 
-constexpr std::uint32_t grey = KX_FORMAT_GREY, indexed = KX_FORMAT_PALETTE, rgb16 = KX_FORMAT_565,
-                        rgb24 = KX_FORMAT_888;
+constexpr std::uint32_t indexed = KX_FORMAT_PALETTE, rgb16 = KX_FORMAT_565, rgb24 = KX_FORMAT_888;
 constexpr std::int32_t side = 128;
 
 OwnedBitmap square(std::uint32_t format, std::int32_t length) {

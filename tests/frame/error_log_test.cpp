@@ -19,7 +19,7 @@ constexpr const char* logFile = "ERRORLOG.TXT";
 std::string reportedLine(std::uint32_t code, std::int32_t line, const char* file) {
   const kxtest::ScratchFolder folder;
   EXPECT_EQ(code, KX_reportError(code, line, file));
-  const std::string text = kxtest::readFile(logFile);
+  std::string text = kxtest::readFile(logFile);
   if (text.empty()) return text;
   const std::size_t digits = text.find_first_not_of("0123456789abcdef", 1) - 1;
   EXPECT_TRUE(text[0] == '[' && digits == 8 && text.compare(9, 2, "] ") == 0) << text;

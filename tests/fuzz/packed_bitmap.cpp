@@ -35,6 +35,7 @@ struct Packed {
     record.width = bytes.between(1, 300);
     record.height = bytes.between(1, 6);
     std::vector<std::uint32_t> table;
+    table.reserve(static_cast<std::size_t>(record.height));
     for (std::int32_t y = 0; y < record.height; ++y) table.push_back(bytes.below(65536));
     std::vector<std::uint8_t> block(bytes.rest(), bytes.rest() + bytes.left());
     for (std::uint32_t& start : table) start %= static_cast<std::uint32_t>(block.size() + 1);

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <kxgraphic/exceptions.hpp>
 
-#include "client.c"
+#include "client.c"  // NOLINT(bugprone-suspicious-include)
 
 static_assert(__cplusplus == 201703L, "the public headers are for C++17");
+// NOLINTNEXTLINE(bugprone-throw-keyword-missing)
 static_assert(KX_OutOfMemory_Exception().code == KX_ERROR_OutOfMemory, "both lists of codes agree");

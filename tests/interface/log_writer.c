@@ -9,8 +9,8 @@ int main(int argc, char** argv) {
   int count;
   int i;
   if (argc != 3) return 2;
-  first = atoi(argv[1]);
-  count = atoi(argv[2]);
+  first = (int)strtol(argv[1], NULL, 10);
+  count = (int)strtol(argv[2], NULL, 10);
   for (i = 0; i < count; ++i)
     if (KX_reportError(0x2000, first + i, "log_writer.c") != 0x2000) return 1;
   return 0;

@@ -179,8 +179,11 @@ void referenceBlit(const BlitCall& c, const Bitmap& target, const ReferenceTarge
       const std::uint32_t stored = source.values[static_cast<std::size_t>(c.sx + column)];
       if (c.transparent() && stored == 0) continue;
       if (depth != nullptr) {
-        const std::int64_t z =
-            c.depth == Depth::ZMap ? c.zmap->pixels[mapOffset(*c.zmap)] + std::int64_t{c.zoffset} : c.z;
+        // The sum of a Z map wraps at 32 bits.
+        const auto z =
+            c.depth == Depth::ZMap
+                ? static_cast<std::int32_t>(c.zmap->pixels[mapOffset(*c.zmap)] + static_cast<std::uint32_t>(c.zoffset))
+                : c.z;
         if (z > *depth) continue;
         *depth = static_cast<std::uint8_t>(z);
       }

@@ -78,14 +78,15 @@ void draw(BitmapMethods& methods) {
 const char* const outside =
     "KX_fillRect(bitmap @ [64x20 format 6 packed], x 60, y 0, w 8, h 8, colour 0xF800) = "
     "0x2005 CoordinateOutOfRange";
+const char* const created =
+    "KX_createBitmap(result @, width 64, height 20, format 0x16, extra1 1, extra2 2, methods @) = 0, "
+    "result: @ [64x20 format 6 packed]";
 const char* const noBitmap = "KX_deleteBitmap(bitmap null) = 0x0007 IllegalParameter";
 
 TEST(Trace, WritesEachCallOfTheProgram) {
   Session session({{"KXTRACE_ONLY", "program"}});
   draw(session.methods);
-  EXPECT_EQ((Lines{"KX_getDriverTechnology() = 0",
-                   "KX_createBitmap(result @, width 64, height 20, format 0x16, extra1 1, extra2 2, methods @) = 0, "
-                   "result: @ [64x20 format 6 packed]",
+  EXPECT_EQ((Lines{"KX_getDriverTechnology() = 0", created,
                    "KX_getBitmapSize(bitmap @ [64x20 format 6 packed], size @) = 0, size: 155",
                    "KX_fillRect(bitmap @ [64x20 format 6 packed], x 0, y 0, w 64, h 20, colour 0xF800) = 0", outside,
                    "KX_getPixel(bitmap @ [64x20 format 6 packed], x 63, y 19) = 0xF800",

@@ -3,14 +3,11 @@
 #ifndef COUNTING_MMGR_H
 #define COUNTING_MMGR_H
 
-#include <stddef.h>
+#include "kxgraphic/mmgr.h"
 
 #ifdef __cplusplus
 extern "C" {
 #endif
-
-void* mmgr_alloc(size_t size);
-void mmgr_free(void* block);
 
 /** Calls of mmgr_alloc so far. */
 long mmgr_allocations(void);
