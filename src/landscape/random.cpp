@@ -19,6 +19,8 @@ std::uint32_t LandscapeRandom::next() {
   return (state >> 16) & 32767U;
 }
 
+double LandscapeRandom::nextUnit() { return next() * (1 / 32767.0); }
+
 std::uint32_t effectiveSeed(std::uint32_t seed) {
   return seed != 0 ? seed : static_cast<std::uint32_t>(std::clock()) + static_cast<std::uint32_t>(std::time(nullptr));
 }

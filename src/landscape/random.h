@@ -15,6 +15,9 @@ public:
   /// 0 to 32767.
   std::uint32_t next();
 
+  /// 0.0 to 1.0, both included.
+  double nextUnit();
+
 private:
   std::uint32_t seed_ = 0;
 };

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cmath>
 
+#include "landscape/random.h"
 #include "landscape/reference.h"
 #include "landscape/round_area.h"
 #include "pixel/cpu.h"
@@ -50,6 +51,15 @@ struct SubdivisionReference {
     divide(x + mx, y + my, w - mx, h - my);
   }
 };
+
+TEST(LandscapeRandom, AllObjectsShareOneKnownSequence) {
+  kx::LandscapeRandom first, second;
+  first.seed(1);
+  EXPECT_EQ(16838u, first.next());
+  EXPECT_EQ(5758u, second.next());
+  EXPECT_DOUBLE_EQ(10113 / 32767.0, first.nextUnit());
+  EXPECT_EQ(17515u, second.next());
+}
 
 TEST(HeightMap, SubdivisionFollowsTheSeed) {
   std::mt19937 random(1);
