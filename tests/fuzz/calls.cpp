@@ -1,6 +1,6 @@
 // Any bytes as a sequence of calls of the whole interface: objects come and go, numbers and pointers may be anything,
-// the display answers by a script, allocations fail. Blits, single pixels and fills are compared with plain references
-// on the way; at the end everything is deleted and nothing may be left.
+// the display answers by a script, allocations fail. Blits are compared with the plain reference on the way; at the end
+// everything is deleted and nothing may be left.
 //
 // The caller's duties are kept: an object is deleted once and after those that stand on it, and memory is as large as
 // the arguments say.
