@@ -1,4 +1,4 @@
-// Locking through a bitmap's own method table, as every operation on somebody's bitmap does.
+// Locking, making and deleting through a bitmap's own method table, as every operation on somebody's bitmap does.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -52,6 +52,15 @@ inline Result unlock(Bitmap* bitmap) {
 /// do not wait for the count to come back from memory.
 inline bool locksCancelOut(const Bitmap& bitmap) {
   return bitmap.methods->lock == &KX_lock && bitmap.methods->unlock == &KX_unlock && bitmap.lockCount != 0xFFFFFFFF;
+}
+
+/// Makes a bitmap as `model`'s owner makes them: through the same table, with the same extras. MethodTableDestroyed
+/// when there is none.
+inline Result createThroughTable(Bitmap** result, const Bitmap& model, std::int32_t width, std::int32_t height,
+                                 std::uint32_t format) {
+  if (isBadReadPointer(model.methods)) return Result::MethodTableDestroyed;
+  return fromCode(
+      model.methods->createBitmap(result, width, height, format, model.extra1, model.extra2, model.methods));
 }
 
 /// Deletes through the bitmap's own method table.

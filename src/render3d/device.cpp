@@ -26,11 +26,6 @@ struct DeviceRequest {
   DeviceMethods* methods;
 };
 
-Result createZBuffer(Bitmap** zBuffer, const Bitmap* target) {
-  return fromCode(target->methods->createBitmap(zBuffer, target->width, target->height, zBufferFormat, target->extra1,
-                                                target->extra2, target->methods));
-}
-
 Result createDevice(Device3D** result, const DeviceRequest& request) {
   const void* drawnOn = request.screen != nullptr ? static_cast<const void*>(request.screen) : request.target;
   if (isBadWritePointer(result) || isBadReadPointer(drawnOn) || isBadReadPointer(request.methods))
@@ -54,7 +49,8 @@ Result createDevice(Device3D** result, const DeviceRequest& request) {
   device->screen = request.screen;
   device->parameter1 = request.parameter1;
   device->parameter2 = request.parameter2;
-  if (request.zBuffer) KX_TRY(createZBuffer(&device->zBuffer, target));
+  if (request.zBuffer)
+    KX_TRY(createThroughTable(&device->zBuffer, *target, target->width, target->height, zBufferFormat));
   *result = device;
   return Result::Ok;
 }
@@ -67,6 +63,7 @@ Result deleteDevice(Device3D* device) {
 }
 
 Result fillWhole(Bitmap* bitmap, std::uint32_t colour) {
+  if (isBadReadPointer(bitmap->methods)) return Result::MethodTableDestroyed;
   return fromCode(bitmap->methods->fillRect(bitmap, 0, 0, bitmap->width, bitmap->height, colour));
 }
 

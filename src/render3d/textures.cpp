@@ -37,8 +37,7 @@ Result createTexture(Texture** result, Device3D* device, std::int32_t width, std
   Texture* texture = made.release();
   texture->device = device;
   for (std::int32_t level = 0; level < levelCount; ++level) {
-    KX_TRY(fromCode(target->methods->createBitmap(&texture->levels[level], width, height, format | levelFlag,
-                                                  target->extra1, target->extra2, target->methods)));
+    KX_TRY(createThroughTable(&texture->levels[level], *target, width, height, format | levelFlag));
     texture->widthCodes[level] = std::countr_zero(static_cast<std::uint32_t>(width)) + 1;
     width >>= 1;
     height >>= 1;

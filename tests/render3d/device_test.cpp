@@ -156,6 +156,20 @@ TEST_F(Devices, ClearTargetAndZBuffer) {
   EXPECT_EQ(0u, KX_delete3DDevice(device));
 }
 
+TEST_F(Devices, NeedTheTableOfTheirTarget) {
+  ASSERT_EQ(0u, KX_create3DDevice(&device, target, 0, 0, 0, deviceMethods()));
+  target->methods = nullptr;
+  const std::size_t mark = allocationMark();
+  Device3D* deep = nullptr;
+  Texture* texture = nullptr;
+  EXPECT_EQ(5u, KX_create3DDevice(&deep, target, 0, 0, 1, deviceMethods()));
+  EXPECT_EQ(5u, KX_createTexture(&texture, device, 8, 8, KX_FORMAT_565, 1));
+  EXPECT_EQ(5u, KX_clear3DDevice(device, 0));
+  freeBlocksSince(mark);
+  target->methods = &stub.methods;
+  EXPECT_EQ(0u, KX_delete3DDevice(device));
+}
+
 TEST_F(Devices, RunOutOfMemory) {
   device = garbagePointer<Device3D>();
   const auto create = [&] { return KX_create3DDevice(&device, target, 0, 0, 1, deviceMethods()); };
