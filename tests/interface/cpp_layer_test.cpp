@@ -42,6 +42,7 @@ TEST(CppLayer, AnOwnerDeletesOnceThroughTheObjectsTable) {
     ASSERT_FALSE(first.create(3, 2, kx::Format::grey, &table.methods));
     second = std::move(first);
     EXPECT_EQ(1, deleted);
+    // NOLINTNEXTLINE(bugprone-use-after-move): filled again
     ASSERT_EQ(0u, KX_cloneBitmap(first.put(), second, &table.methods));
     EXPECT_EQ(3, first->width);
     Bitmap* plain = first.release();

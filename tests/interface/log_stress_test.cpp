@@ -19,6 +19,7 @@ TEST(LogStress, ProcessesLoseAndTearNoLine) {
   const kxtest::ScratchFolder folder;
   std::vector<std::thread> runs;
   std::vector<int> results(processes, -1);
+  runs.reserve(processes);
   for (int i = 0; i < processes; ++i)
     runs.emplace_back([&, i] {
       const std::string command = '"' + program + "\" " + std::to_string(1000 * i) + ' ' + std::to_string(reports);
@@ -34,7 +35,7 @@ TEST(LogStress, ProcessesLoseAndTearNoLine) {
     const std::size_t number = line.find("(Zeile ");
     ASSERT_NE(std::string::npos, number) << line;
     EXPECT_TRUE(line[0] == '[' && line[9] == ']' && line.ends_with(" in Datei \"log_writer.c\")\r")) << line;
-    numbers.insert(std::atoi(line.c_str() + number + 7));
+    numbers.insert(std::stoi(line.substr(number + 7)));
   }
   EXPECT_EQ(static_cast<std::size_t>(processes * reports), numbers.size());
   EXPECT_EQ(numbers.size(), std::set<int>(numbers.begin(), numbers.end()).size());
