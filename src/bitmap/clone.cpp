@@ -75,13 +75,10 @@ Result getBitmapSize(const Bitmap* bitmap, std::uint32_t* size) {
   if (!hasPackedRows(bitmap->format)) {
     bytes = static_cast<std::uint64_t>(std::int64_t{bitmap->pitch} * bitmap->height);
   } else {
-    if (isBadWritePointer(bitmap->pixels) || isBadWritePointer(bitmap->rowTable) || bitmap->height < 1)
-      return Result::BitmapDestroyed;
+    const Result measured = packedBlockBytes(bytes, *bitmap);
     // Settled: without memory for the decoded row the size stays unwritten and the answer is success.
-    const HeapArray<std::uint8_t> row = makeHeapArray<std::uint8_t>(packedRowBytes(*bitmap));
-    if (!row) return Result::Ok;
-    const std::int32_t last = bitmap->height - 1;
-    bytes = bitmap->rowTable[last] + decodePackedRow(*bitmap, last, row.get()).packedBytes;
+    if (measured == Result::OutOfMemory) return Result::Ok;
+    KX_TRY(measured);
   }
   // The pointer is not part of the checks and cannot be refused.
   if (!isBadWritePointer(size)) *size = static_cast<std::uint32_t>(bytes);

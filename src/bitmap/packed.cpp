@@ -63,6 +63,16 @@ std::uint64_t packedRowLength(const Bitmap& bitmap, std::int32_t y) {
   return reader.used();
 }
 
+Result packedBlockBytes(std::uint64_t& bytes, const Bitmap& bitmap) {
+  if (isBadWritePointer(bitmap.pixels) || isBadWritePointer(bitmap.rowTable) || bitmap.height < 1)
+    return Result::BitmapDestroyed;
+  const HeapArray<std::uint8_t> row = makeHeapArray<std::uint8_t>(packedRowBytes(bitmap));
+  if (!row) return Result::OutOfMemory;
+  const std::int32_t last = bitmap.height - 1;
+  bytes = bitmap.rowTable[last] + decodePackedRow(bitmap, last, row.get()).packedBytes;
+  return Result::Ok;
+}
+
 Result unpack(Bitmap** result, Bitmap* source) {
   KX_TRY(checkWritable(result, source));
   if (isBadWritePointer(source->pixels) || isBadWritePointer(source->rowTable)) return Result::BitmapDestroyed;

@@ -37,6 +37,9 @@ std::uint64_t packedRowBytes(const Bitmap& bitmap);
 /// Bytes that row y takes in the pixel block.
 std::uint64_t packedRowLength(const Bitmap& bitmap, std::int32_t y);
 
+/// Bytes of the pixel block up to the end of its last row. BitmapDestroyed (no row, row table or pixels), OutOfMemory.
+Result packedBlockBytes(std::uint64_t& bytes, const Bitmap& bitmap);
+
 /// Runs `draw(Bitmap* plain)` on a plain copy of a packed bitmap and packs the result back. The copy is always
 /// released; the first failure is returned.
 template <typename Draw>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "blit/check.h"
 
+#include "bitmap/packed.h"
 #include "bitmap/view.h"
 #include "frame/checks.h"
-#include "kxgraphic/bitmap.h"
 
 namespace kx {
 
@@ -54,15 +54,13 @@ Result checkOtherFormats(const FamilyRules& family, const BlitRequest& r) {
 }
 
 /// Z buffer and maps are read a byte a pixel by their own pitch, whatever their size and format say.
-Result checkCovers(Bitmap* bitmap, const Rect& rect) {
+Result checkCovers(const Bitmap* bitmap, const Rect& rect) {
   if (rect.w < 1 || rect.h < 1) return Result::Ok;
   std::int64_t held = std::int64_t{bitmap->pitch} * bitmap->height;
   if (hasPackedRows(bitmap->format)) {
-    constexpr std::uint32_t unwritten = 0xFFFFFFFF;
-    std::uint32_t packedBytes = unwritten;
-    KX_TRY(fromCode(KX_getBitmapSize(bitmap, &packedBytes)));
-    if (packedBytes == unwritten) return Result::OutOfMemory;  // all that tells of it
-    held = packedBytes;
+    std::uint64_t packedBytes = 0;
+    KX_TRY(packedBlockBytes(packedBytes, *bitmap));
+    held = static_cast<std::uint32_t>(packedBytes);  // as KX_getBitmapSize gives it
   }
   const std::int64_t lastRow = std::int64_t{rect.y} + rect.h - 1;
   const std::int64_t end = lastRow * bitmap->pitch + rect.x + rect.w;
