@@ -22,9 +22,14 @@ inline Result lowerLock(Bitmap* bitmap) {
   return Result::Ok;
 }
 
-/// MethodTableDestroyed when the bitmap has no table to lock it through.
+/// MethodTableDestroyed when the bitmap has no table to go through.
+inline Result checkTable(const Bitmap& bitmap) {
+  return isBadReadPointer(bitmap.methods) ? Result::MethodTableDestroyed : Result::Ok;
+}
+
+/// Locks a bitmap whose table has not been tested; its pixels are not either.
 inline Result lockOnly(Bitmap* bitmap) {
-  if (isBadReadPointer(bitmap->methods)) return Result::MethodTableDestroyed;
+  KX_TRY(checkTable(*bitmap));
   return fromCode(bitmap->methods->lock(bitmap));
 }
 
@@ -40,7 +45,8 @@ inline Result lockTestedPixels(Bitmap* bitmap) {
 
 /// The same for a bitmap whose table has not been tested.
 inline Result lockPixels(Bitmap* bitmap) {
-  return isBadReadPointer(bitmap->methods) ? Result::MethodTableDestroyed : lockTestedPixels(bitmap);
+  KX_TRY(checkTable(*bitmap));
+  return lockTestedPixels(bitmap);
 }
 
 /// Unlocks a bitmap that is locked; the library's own lock is lowered on the spot.
@@ -58,7 +64,7 @@ inline bool locksCancelOut(const Bitmap& bitmap) {
 /// when there is none.
 inline Result createThroughTable(Bitmap** result, const Bitmap& model, std::int32_t width, std::int32_t height,
                                  std::uint32_t format) {
-  if (isBadReadPointer(model.methods)) return Result::MethodTableDestroyed;
+  KX_TRY(checkTable(model));
   return fromCode(
       model.methods->createBitmap(result, width, height, format, model.extra1, model.extra2, model.methods));
 }

@@ -63,7 +63,7 @@ Result deleteDevice(Device3D* device) {
 }
 
 Result fillWhole(Bitmap* bitmap, std::uint32_t colour) {
-  if (isBadReadPointer(bitmap->methods)) return Result::MethodTableDestroyed;
+  KX_TRY(checkTable(*bitmap));
   return fromCode(bitmap->methods->fillRect(bitmap, 0, 0, bitmap->width, bitmap->height, colour));
 }
 
